@@ -23,6 +23,15 @@ class TMidiFunctions {
 
   std::vector<std::uint8_t> SourceData;  ///< the file's bytes, from before `DecodeMidiData` to behind it
 
+  /// A sysex of the file and the index of its track.
+  struct TSourceSysex {
+    std::int32_t Track = 0;
+    PtrMidiEvent Event = nullptr;
+  };
+  /// Every 0xF0 event that the reader kept, in track order and in list order inside a track. Filled by
+  /// `DecodeMidiData` for `CheckSysexs`, so that the analysis costs no walk over the whole song.
+  std::vector<TSourceSysex> SourceSysexes;
+
   // --- Reader (MidiFileReader.cpp, Markers.cpp, CountIn.cpp)
 
   /// Turns `SourceData` (a Standard MIDI File, SMF 1.0) into the song's store and has its sysexes
