@@ -158,6 +158,22 @@ void Remove(Song& song, TMyTrack& track, PtrMidiEvent node) noexcept {
   Free(song, track, node);
 }
 
+void SortByPosition(TMyTrack& track) {
+  std::vector<PtrMidiEvent> events;
+  for (PtrMidiEvent e = track.TrkFirstEvent->NextEvent; e != nullptr; e = e->NextEvent)
+    events.push_back(e);
+  std::stable_sort(events.begin(), events.end(),
+                   [](PtrMidiEvent a, PtrMidiEvent b) { return a->Position < b->Position; });
+  PtrMidiEvent last = track.TrkFirstEvent;
+  for (PtrMidiEvent e : events) {
+    last->NextEvent = e;
+    e->PrevEvent = last;
+    last = e;
+  }
+  last->NextEvent = nullptr;
+  track.TrkLastEvent = last;
+}
+
 void Neutralise(PtrMidiEvent node) noexcept {
   node->DLength = 0;
   node->Command = MetaEvent;

@@ -70,6 +70,10 @@ void MoveTo(TMyTrack& track, PtrMidiEvent node, std::int32_t position) noexcept;
 /// every reference to them is forgotten.
 void Remove(Song& song, TMyTrack& track, PtrMidiEvent node) noexcept;
 
+/// Brings the events of a track without End of track into the order of their positions; events of one
+/// tick keep their order.
+void SortByPosition(TMyTrack& track);
+
 /// Marks an event as removed: it stays linked, is neither played nor written.
 inline void MarkRemoved(PtrMidiEvent node) noexcept { node->DLength = 0; }
 /// The stronger form: the event also becomes an empty text meta and lets its payload go.

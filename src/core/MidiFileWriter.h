@@ -15,9 +15,8 @@ namespace Sonarello {
 /// song stays as it is.
 class MidiFileWriter {
  public:
-  MidiFileWriter(Song& song, const Options& options, const IRoutes& routes, IMessages& messages,
-                 const SongHooks& hooks)
-      : song(song), options(options), routes(routes), messages(messages), hooks(hooks) {}
+  MidiFileWriter(Song& s, const Options& o, const IRoutes& r, IMessages& m, const SongHooks& h)
+      : song(s), options(o), routes(r), messages(m), hooks(h) {}
 
   /// Writes the song to a file (path, UTF-8) in format 0 or 1. True when the file holds the whole song.
   /// A failure was shown; the file is then what it was before.

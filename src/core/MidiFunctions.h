@@ -12,14 +12,15 @@
 
 namespace Sonarello {
 
+class SmfCursor;
+
 /// Works on a song that it is handed. Its operations stand in the files named after their topics:
 /// reader, time map, note integrity, sysex analysis, device sysex, first values.
 /// All run on the main thread with the player stopped, unless they say otherwise.
 class TMidiFunctions {
  public:
-  TMidiFunctions(Song& song, const Options& options, const IRoutes& routes, IMessages& messages,
-                 const SongHooks& hooks)
-      : song(song), options(options), routes(routes), messages(messages), hooks(hooks) {}
+  TMidiFunctions(Song& s, const Options& o, const IRoutes& r, IMessages& m, const SongHooks& h)
+      : song(s), options(o), routes(r), messages(m), hooks(h) {}
 
   std::vector<std::uint8_t> SourceData;  ///< the file's bytes, from before `DecodeMidiData` to behind it
 
@@ -77,6 +78,9 @@ class TMidiFunctions {
   void SetFirstValues();
 
  private:
+  void DecodeHeader(SmfCursor& in);
+  void DecodeTracks(SmfCursor& in);
+
   Song& song;
   const Options& options;
   const IRoutes& routes;

@@ -1,19 +1,24 @@
 // Sonarello: the one road from a file name to a song that the rest of the system can rely on.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "core/MidiFunctions.h"
 
 namespace Sonarello {
 
+/// Reads a file (path, UTF-8) whole for the reader. A file that cannot be read or is too short to hold
+/// a song is shown; false then.
+[[nodiscard]] bool ReadSourceData(const std::string& file, std::vector<std::uint8_t>& data,
+                                  IMessages& messages);
+
 /// Opens songs into one store. What it leaves there is the program's definition of a clean song.
 class OpenPipeline {
  public:
-  OpenPipeline(Song& song, const Options& options, const IRoutes& routes, IMessages& messages,
-               const SongHooks& hooks)
-      : song(song), options(options), routes(routes), messages(messages), hooks(hooks),
-        functions(song, options, routes, messages, hooks) {}
+  OpenPipeline(Song& s, const Options& o, const IRoutes& r, IMessages& m, const SongHooks& h)
+      : song(s), options(o), routes(r), messages(m), hooks(h), functions(s, o, r, m, h) {}
 
   /// Opens a file (path, UTF-8), or builds a new song through the hook `CreateMidiData` if `CreateNew`.
   /// True if a song is in the store afterwards. A failure was shown; the store then wants clearing,
