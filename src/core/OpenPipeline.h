@@ -21,11 +21,24 @@ class OpenPipeline {
       : song(s), options(o), routes(r), messages(m), hooks(h), functions(s, o, r, m, h) {}
 
   /// Opens a file (path, UTF-8), or builds a new song through the hook `CreateMidiData` if `CreateNew`.
-  /// True if a song is in the store afterwards. A failure was shown; the store then wants clearing,
-  /// which the next open does, and `MidiFileLoaded` is false.
+  /// True if a song is in the store afterwards. A failure was shown; the store is then empty.
   bool OpenMidiFile(const std::string& FileToOpen, bool CreateNew);
 
  private:
+  void LeaveOldSong();
+  bool Load(const std::string& file);
+  bool Create();
+  void TreatCountIn();
+  void BuildTimeMap();
+  void PlaceLoopStarts();
+  void SetUpChannels();
+  void CheckNotes();
+  void PairNotes();
+  void CheckLists();
+  void Run(const SongHooks::Step& step) {
+    if (step) step(song);
+  }
+
   Song& song;
   const Options& options;
   const IRoutes& routes;
@@ -33,5 +46,9 @@ class OpenPipeline {
   const SongHooks& hooks;
   TMidiFunctions functions;
 };
+
+/// Looks for broken links, falling positions and values above 127. The message of the first fault, in
+/// the user's language; empty for sound lists.
+[[nodiscard]] std::string ListFault(const Song& song);
 
 }  // namespace Sonarello
