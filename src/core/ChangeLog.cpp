@@ -21,7 +21,7 @@ std::string Hex(std::span<const std::uint8_t> bytes) {
     text += digits[byte >> 4];
     text += digits[byte & 15];
   }
-  if (bytes.size() > ShownBytes) text += " ... (" + std::to_string(bytes.size()) + " bytes)";
+  if (bytes.size() > ShownBytes) text += " ... (" + std::to_string(bytes.size()) + Text(" Bytes)", " bytes)");
   return text;
 }
 
@@ -61,7 +61,8 @@ std::string DescribeChannelEvent(const TypMidiEvent& event) {
   switch (event.Kind()) {
     case NoteOff: return Text("Note aus ", "Note off ") + first + ", " + second + on;
     case NoteOn: return Text("Note an ", "Note on ") + first + ", " + second + on;
-    case KeyAftertouch: return Text("Tasten-Aftertouch ", "Key aftertouch ") + first + " = " + second + on;
+    case KeyAftertouch:
+      return Text("Tasten-Aftertouch ", "Key aftertouch ") + first + " = " + second + on;
     case Controller: return "Controller " + first + " = " + second + on;
     case ProgramChange: return Text("Programmwechsel ", "Program change ") + first + on;
     case ChannelAftertouch: return Text("Kanal-Aftertouch ", "Channel aftertouch ") + first + on;
@@ -74,14 +75,17 @@ std::string DescribeChannelEvent(const TypMidiEvent& event) {
 std::string DescribeEvent(const TypMidiEvent& event) {
   if (event.IsChannelEvent()) return DescribeChannelEvent(event);
   if (event.Command == MetaEvent) return DescribeMeta(event);
-  return "Sysex " + Hex(event.Meta.Bytes());
+  if (event.Command != Sysex && event.Command != SysexEscape)
+    return Text("Systembyte ", "System byte ") + Hex(std::array{event.Command});
+  const std::string name = event.Command == Sysex ? "Sysex" : "Sysex (F7)";
+  return event.Meta.empty() ? name : name + " " + Hex(event.Meta.Bytes());
 }
 
 void LogChange(Song& song, ChangeKind kind, std::int32_t track, const TypMidiEvent& event,
                std::string_view germanWhy, std::string_view englishWhy) {
   if (song.Changes == nullptr) return;
-  song.Changes->Add({kind, track, event.Position, event.Position, DescribeEvent(event),
-                     Text(germanWhy, englishWhy)});
+  song.Changes->Add(
+      {kind, track, event.Position, event.Position, DescribeEvent(event), Text(germanWhy, englishWhy)});
 }
 
 void LogMove(Song& song, std::int32_t track, const TypMidiEvent& event, std::int32_t oldPosition,
@@ -95,8 +99,8 @@ void LogText(Song& song, ChangeKind kind, std::int32_t track, std::int32_t posit
              std::string_view germanWhat, std::string_view englishWhat, std::string_view germanWhy,
              std::string_view englishWhy) {
   if (song.Changes == nullptr) return;
-  song.Changes->Add({kind, track, position, position, Text(germanWhat, englishWhat),
-                     Text(germanWhy, englishWhy)});
+  song.Changes->Add(
+      {kind, track, position, position, Text(germanWhat, englishWhat), Text(germanWhy, englishWhy)});
 }
 
 }  // namespace Sonarello

@@ -8,8 +8,8 @@ namespace Sonarello {
 
 namespace {
 
-constexpr std::int32_t Tolerance = 15;   ///< ticks by which a step may miss the beat
-constexpr std::uint8_t ClickPatch = 119; ///< a percussive click opens no song
+constexpr std::int32_t Tolerance = 15;    ///< ticks by which a step may miss the beat
+constexpr std::uint8_t ClickPatch = 119;  ///< a percussive click opens no song
 constexpr int DrumChannel = 9;
 
 /// A step of half a beat or a beat; in a signature of eighths the beat has three of them.
@@ -90,7 +90,8 @@ void AnalyseCountIn(Song& song) {
   }
   // A count-in on another channel than the drums' is believed only in front of the song.
   if (song.CountInIdx >= 0 && song.CountInIdx != DrumChannel &&
-      song.CountInArray[static_cast<std::size_t>(song.CountInIdx)].Start >= song.TickPositionOfFirstNote)
+      song.CountInArray[static_cast<std::size_t>(song.CountInIdx)].Start >=
+          song.TickPositionOfFirstNote)
     song.CountInIdx = -1;
 }
 

@@ -16,8 +16,8 @@ inline void CollectCountIn(Song& song, int track, PtrMidiEvent note) noexcept {
   entry.Notes[static_cast<std::size_t>(entry.NoteCount++)] = note;
 }
 
-/// Judges the collected notes: `CountInIdx`, `TickPositionOfFirstNote` and the channels' findings. Needs
-/// the closed tempo and signature tables and `FirstPatches`.
+/// Judges the collected notes: `CountInIdx`, `TickPositionOfFirstNote` and the channels' findings.
+/// Needs the closed tempo and signature tables and `FirstPatches`.
 void AnalyseCountIn(Song& song);
 
 }  // namespace Sonarello

@@ -73,10 +73,10 @@ struct TypMidiEvent {
   /// Short events: length of the message with its status byte, 2 or 3. Long events: bytes in `Meta`.
   /// 0 marks the event as removed (an End of track excepted): neither played nor written.
   std::int32_t DLength = 0;
-  std::uint8_t Command = 0;  ///< status byte, channel included; 0xF0 sysex, 0xFF meta
-  std::uint8_t DType = 0;    ///< `ShortEvent` or `LongEvent`
-  std::int8_t MType = -1;    ///< meta type 0x00-0x7F, -1 for every other event
-  bool Selected = false;     ///< selection mark of the editors
+  std::uint8_t Command = 0;                ///< status byte, channel included; 0xF0 sysex, 0xFF meta
+  std::uint8_t DType = 0;                  ///< `ShortEvent` or `LongEvent`
+  std::int8_t MType = -1;                  ///< meta type 0x00-0x7F, -1 for every other event
+  bool Selected = false;                   ///< selection mark of the editors
   std::array<std::uint8_t, 2> Value{};     ///< data bytes of a short event, 0-127
   std::array<std::uint8_t, 2> ValueOrg{};  ///< the data bytes as loaded or created
   bool SelectedCopy = false;               ///< saved selection mark of the editors
@@ -112,7 +112,7 @@ struct TMyTrack {
   PtrMidiEvent TrkPlayEvent = nullptr;   ///< the player's cursor
   PtrMidiEvent TrkLoopStart = nullptr;   ///< where the player resumes a loop
   std::int32_t TrkDelay = 0;             ///< output delay, ms
-  std::int32_t TrkEventCounter = 0;      ///< nodes of the list; informative, not exact
+  std::int32_t TrkEventCounter = 0;      ///< nodes of the list, exact
   std::int32_t TrkListIndex = 1;         ///< place in the track list
   std::int32_t TrkNoteOnCnt = 0;         ///< note-ons on the track
   std::int8_t TrkMidiIndex = -1;         ///< 0-15 the one channel, 16 several, -1 none
@@ -144,20 +144,20 @@ struct TDrumsRec {
 
 /// The desk's view of one MIDI channel, whichever tracks hold its events.
 struct TMidiChannelData {
-  bool Active = false;            ///< the channel has events
-  std::int32_t ActiveNotes = 0;   ///< note-ons on the channel
+  bool Active = false;           ///< the channel has events
+  std::int32_t ActiveNotes = 0;  ///< note-ons on the channel
   std::array<TCtrl, ControllerCount> CtrlArray{};
   std::array<TDrumsRec, KeyCount> DrumArray{};
-  std::uint8_t DrumPart = 0;      ///< 0 melodic, else the drum part
-  std::int8_t MidiChannel = 0;    ///< output channel, 0-15
+  std::uint8_t DrumPart = 0;    ///< 0 melodic, else the drum part
+  std::int8_t MidiChannel = 0;  ///< output channel, 0-15
   bool Mute = false;
   bool MuteBeforeFirstSolo = false;
   bool Rec = false;
   bool Solo = false;
-  std::int8_t Patch = -1;         ///< program of the first program change, -1 if none
+  std::int8_t Patch = -1;  ///< program of the first program change, -1 if none
   PtrMidiEvent PatchEvent = nullptr;
-  std::int8_t PatchGM = -1;       ///< the same sound as a GM program
-  std::int8_t sPatch = -1;        ///< saved program
+  std::int8_t PatchGM = -1;  ///< the same sound as a GM program
+  std::int8_t sPatch = -1;   ///< saved program
 };
 
 /// Velocities of one channel, and the range that the velocity editor maps them to.
@@ -220,14 +220,14 @@ inline constexpr int CountInNotes = 16;
 
 /// What the count-in analysis found on one channel.
 struct TCountIn {
-  std::int32_t Count = 0;                            ///< count-in notes found
-  std::array<PtrMidiEvent, CountInNotes> Notes{};    ///< the channel's first notes
-  std::int32_t NoteCount = 0;                        ///< entries of `Notes`, 0-16
-  std::int32_t FirstNotePos = 0;                     ///< tick where the song proper starts
-  std::uint8_t Key = 0;                              ///< candidate key
-  std::int32_t Start = 0;                            ///< tick of the first count-in note
-  std::int32_t End = 0;                              ///< tick of the last one
-  std::int32_t Track = 65535;                        ///< track of the channel's first note
+  std::int32_t Count = 0;                          ///< count-in notes found
+  std::array<PtrMidiEvent, CountInNotes> Notes{};  ///< the channel's first notes
+  std::int32_t NoteCount = 0;                      ///< entries of `Notes`, 0-16
+  std::int32_t FirstNotePos = 0;                   ///< tick where the song proper starts
+  std::uint8_t Key = 0;                            ///< candidate key
+  std::int32_t Start = 0;                          ///< tick of the first count-in note
+  std::int32_t End = 0;                            ///< tick of the last one
+  std::int32_t Track = 65535;                      ///< track of the channel's first note
 };
 
 /// One output that channels play through. Route 0 is the main instrument.
@@ -236,7 +236,7 @@ struct TMidiRouting {
   std::string Instrument;         ///< name as in the instrument catalogue
   std::uint8_t InstrumValue = 0;  ///< its number there
   std::string OutputName;
-  bool VSTi = false;              ///< a hosted instrument, not a port
+  bool VSTi = false;  ///< a hosted instrument, not a port
   std::int32_t VSTiUniqueID = 0;
 };
 

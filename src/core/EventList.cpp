@@ -1,6 +1,7 @@
 #include "core/EventList.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "core/Texts.h"
 
@@ -68,9 +69,8 @@ PtrMidiEvent NewMeta(EventPool& pool, int type, std::span<const std::uint8_t> by
 
 PtrMidiEvent NewMeta(EventPool& pool, int type, std::string_view text, std::int32_t position,
                      std::string_view site) {
-  return NewMeta(pool, type,
-                 std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()), position,
-                 site);
+  return NewMeta(pool, type, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()),
+                 position, site);
 }
 
 PtrMidiEvent NewCopy(EventPool& pool, const TypMidiEvent& event, std::string_view site) {
@@ -113,10 +113,22 @@ PtrMidiEvent PlaceFor(const TMyTrack& track, std::int32_t position, PtrMidiEvent
 }
 
 void InsertByPosition(TMyTrack& track, PtrMidiEvent node, PtrMidiEvent from) noexcept {
+  node->Position = std::max(node->Position, 0);
   PtrMidiEvent place = PlaceFor(track, node->Position, from);
   // In front of End of track an event stands at the song's end at the latest.
-  if (place->NextEvent != nullptr) node->Position = std::min(node->Position, place->NextEvent->Position);
+  if (place->NextEvent != nullptr)
+    node->Position = std::min(node->Position, place->NextEvent->Position);
   LinkBehind(track, place, node);
+}
+
+void InsertBatch(TMyTrack& track, std::vector<PtrMidiEvent>& nodes) {
+  std::stable_sort(nodes.begin(), nodes.end(),
+                   [](PtrMidiEvent a, PtrMidiEvent b) { return a->Position < b->Position; });
+  PtrMidiEvent from = track.TrkFirstEvent;
+  for (PtrMidiEvent node : nodes) {
+    InsertByPosition(track, node, from);
+    from = node;
+  }
 }
 
 void Unlink(TMyTrack& track, PtrMidiEvent node) noexcept {
@@ -140,22 +152,50 @@ void MoveTo(TMyTrack& track, PtrMidiEvent node, std::int32_t position) noexcept 
 
 namespace {
 
-void Free(Song& song, TMyTrack& track, PtrMidiEvent node) noexcept {
-  song.ForEachReference([&](PtrMidiEvent& e) {
-    if (e == node) e = nullptr;
-  });
+/// Frees a node that nothing outside its track points at.
+void FreeUnreferenced(Song& song, TMyTrack& track, PtrMidiEvent node) noexcept {
   if (track.TrkPlayEvent == node) track.TrkPlayEvent = node->PrevEvent;
   if (track.TrkLoopStart == node) track.TrkLoopStart = node->PrevEvent;
   Unlink(track, node);
   song.Pool.Release(node);
 }
 
+void Free(Song& song, TMyTrack& track, PtrMidiEvent node) noexcept {
+  song.ForEachReference([&](PtrMidiEvent& e) {
+    if (e == node) e = nullptr;
+  });
+  FreeUnreferenced(song, track, node);
+}
+
+PtrMidiEvent PairOf(const TypMidiEvent& node) noexcept {
+  return node.NoteOnEvent != nullptr ? node.NoteOnEvent : node.NoteOffEvent;
+}
+
 }  // namespace
 
 void Remove(Song& song, TMyTrack& track, PtrMidiEvent node) noexcept {
-  PtrMidiEvent pair = node->NoteOnEvent != nullptr ? node->NoteOnEvent : node->NoteOffEvent;
+  PtrMidiEvent pair = PairOf(*node);
   if (pair != nullptr) Free(song, track, pair);
   Free(song, track, node);
+}
+
+void RemoveBatch(Song& song, std::vector<TRemoval>& nodes) {
+  if (nodes.empty()) return;
+  const std::size_t named = nodes.size();
+  for (std::size_t n = 0; n < named; ++n)
+    if (PtrMidiEvent pair = PairOf(*nodes[n].Event)) nodes.push_back({nodes[n].Track, pair});
+  const std::less<PtrMidiEvent> less;
+  std::sort(nodes.begin(), nodes.end(),
+            [less](const TRemoval& a, const TRemoval& b) { return less(a.Event, b.Event); });
+  const auto doubled = [](const TRemoval& a, const TRemoval& b) { return a.Event == b.Event; };
+  nodes.erase(std::unique(nodes.begin(), nodes.end(), doubled), nodes.end());
+  song.ForEachReference([&](PtrMidiEvent& e) {
+    const auto found = std::lower_bound(
+        nodes.begin(), nodes.end(), e,
+        [less](const TRemoval& removal, PtrMidiEvent event) { return less(removal.Event, event); });
+    if (found != nodes.end() && found->Event == e) e = nullptr;
+  });
+  for (const TRemoval& removal : nodes) FreeUnreferenced(song, *removal.Track, removal.Event);
 }
 
 void SortByPosition(TMyTrack& track) {
@@ -196,6 +236,8 @@ class Checker {
   explicit Checker(const Song& s) : song(s) {}
 
   std::vector<std::string> Run() {
+    if (song.NumberOfSourceTracks > static_cast<std::int32_t>(song.MidiTrack.size()))
+      return {"more tracks in use than there are"};
     for (int t = 0; t < song.NumberOfSourceTracks; ++t)
       CheckTrack(t, song.MidiTrack[static_cast<std::size_t>(t)]);
     std::sort(nodes.begin(), nodes.end());
@@ -223,7 +265,8 @@ class Checker {
       return;
     }
     const TypMidiEvent& head = *track.TrkFirstEvent;
-    if (!head.IsMeta(MetaPort) || head.Position != 0) Fault(t, head, "the first event is no track head");
+    if (!head.IsMeta(MetaPort) || head.Position != 0)
+      Fault(t, head, "the first event is no track head");
     std::int32_t count = 0;
     PtrMidiEvent last = nullptr;
     for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr; last = e, e = e->NextEvent) {
@@ -235,7 +278,8 @@ class Checker {
       CheckFields(t, *e);
     }
     if (!last->IsEndOfTrack()) Fault(t, *last, "the last event is no End of track");
-    if (last->Position != song.MaxSongPosition) Fault(t, *last, "End of track is not at the song's end");
+    if (last->Position != song.MaxSongPosition)
+      Fault(t, *last, "End of track is not at the song's end");
     if (last != track.TrkLastEvent) Fault(t, *last, "TrkLastEvent is another event");
     if (count != track.TrkEventCounter) Fault(t, *last, "TrkEventCounter is off");
   }

@@ -60,8 +60,11 @@ void LinkBehind(TMyTrack& track, PtrMidiEvent place, PtrMidiEvent node) noexcept
 /// End of track. The search starts at `from`, a node at or before the position (the head by default).
 [[nodiscard]] PtrMidiEvent PlaceFor(const TMyTrack& track, std::int32_t position,
                                     PtrMidiEvent from = nullptr) noexcept;
-/// Links a node by its `Position`, behind all events of that tick, in front of End of track.
+/// Links a node by its `Position`, behind all events of that tick, in front of End of track. A position
+/// outside the song becomes its first or last tick.
 void InsertByPosition(TMyTrack& track, PtrMidiEvent node, PtrMidiEvent from = nullptr) noexcept;
+/// Links many nodes by their positions in one walk, as `InsertByPosition` in their order would.
+void InsertBatch(TMyTrack& track, std::vector<PtrMidiEvent>& nodes);
 /// Takes a node out of its list; the node keeps its fields. Never for a head or an End of track.
 void Unlink(TMyTrack& track, PtrMidiEvent node) noexcept;
 /// Takes out a node, sets its position and links it anew behind all events of that tick.
@@ -69,6 +72,13 @@ void MoveTo(TMyTrack& track, PtrMidiEvent node, std::int32_t position) noexcept;
 /// Takes out a node and frees it. A note goes with its pair, which must be on the same track;
 /// every reference to them is forgotten.
 void Remove(Song& song, TMyTrack& track, PtrMidiEvent node) noexcept;
+/// A node that is to be removed, and its track.
+struct TRemoval {
+  TMyTrack* Track;
+  PtrMidiEvent Event;
+};
+/// Removes many nodes as `Remove` does, in one go over the references. A node may be named twice.
+void RemoveBatch(Song& song, std::vector<TRemoval>& nodes);
 
 /// Brings the events of a track without End of track into the order of their positions; events of one
 /// tick keep their order.

@@ -19,14 +19,22 @@ struct TPrefixRow {
 
 using Kind = TMarker::Kind;
 constexpr TPrefixRow PrefixRows[] = {
-    {"SR4P_ch.", Kind::Route, false, false},      {"SR5P_ch.", Kind::Route, false, false},
-    {"SR6P_ch.", Kind::Route, false, false},      {"SR7_ch.", Kind::Route, true, false},
-    {"SR8_ch.", Kind::Route, true, false},        {"SR9_ch.", Kind::Route, true, true},
-    {"SRL_ch.", Kind::Route, true, true},         {"SRLI_ch.", Kind::Route, true, true},
-    {"SR9vsti_ch.", Kind::HostedRoute, true, true}, {"SRLvsti_ch.", Kind::HostedRoute, true, true},
-    {"SRLIvsti_ch.", Kind::HostedRoute, true, true}, {"SR7_dr.", Kind::DrumForce, false, false},
-    {"SR8_dr.", Kind::DrumForce, false, false},   {"SR9_dr.", Kind::DrumForce, false, false},
-    {"SRL_dr.", Kind::DrumForce, false, false},   {"SRLI_dr.", Kind::DrumForce, false, false},
+    {"SR4P_ch.", Kind::Route, false, false},
+    {"SR5P_ch.", Kind::Route, false, false},
+    {"SR6P_ch.", Kind::Route, false, false},
+    {"SR7_ch.", Kind::Route, true, false},
+    {"SR8_ch.", Kind::Route, true, false},
+    {"SR9_ch.", Kind::Route, true, true},
+    {"SRL_ch.", Kind::Route, true, true},
+    {"SRLI_ch.", Kind::Route, true, true},
+    {"SR9vsti_ch.", Kind::HostedRoute, true, true},
+    {"SRLvsti_ch.", Kind::HostedRoute, true, true},
+    {"SRLIvsti_ch.", Kind::HostedRoute, true, true},
+    {"SR7_dr.", Kind::DrumForce, false, false},
+    {"SR8_dr.", Kind::DrumForce, false, false},
+    {"SR9_dr.", Kind::DrumForce, false, false},
+    {"SRL_dr.", Kind::DrumForce, false, false},
+    {"SRLI_dr.", Kind::DrumForce, false, false},
     {"srl_ignore", Kind::Ignore, false, false},
 };
 

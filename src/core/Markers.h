@@ -14,9 +14,9 @@ namespace Sonarello {
 struct TMarker {
   enum class Kind { Route, HostedRoute, DrumForce, Ignore };
   Kind What = Kind::Route;
-  int Channel = 0;              ///< 1-16; 0 if the text names none
-  bool Drums = false;           ///< the channel is a drum part
-  std::string Instrument;       ///< name, or the plug-in's ID for a hosted route
+  int Channel = 0;         ///< 1-16; 0 if the text names none
+  bool Drums = false;      ///< the channel is a drum part
+  std::string Instrument;  ///< name, or the plug-in's ID for a hosted route
   std::string OutputName;
   bool HasOutput = false;  ///< an output is named
   int DrumForm = 0;        ///< 2 or 3: that drum editor's channel is forced to 10; 0 says nothing

@@ -31,8 +31,7 @@ Meta& Meta::operator=(Meta&& other) noexcept {
   return *this;
 }
 
-void Meta::Release() noexcept {
-  if (block == nullptr) return;
+void Meta::LetGo() noexcept {
   if (block->references.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
   block->~Block();
   ::operator delete(block);

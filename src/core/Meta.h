@@ -60,7 +60,10 @@ class Meta {
   void Retain() const noexcept {
     if (block != nullptr) block->references.fetch_add(1, std::memory_order_relaxed);
   }
-  void Release() noexcept;
+  void Release() noexcept {
+    if (block != nullptr) LetGo();
+  }
+  void LetGo() noexcept;
 
   Block* block = nullptr;
 };

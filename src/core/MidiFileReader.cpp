@@ -36,7 +36,8 @@ std::string FaultText(const SmfFault& fault) {
                       "Data byte:        " + std::to_string(fault.Byte) + "\r" + position,
                   "Error in midifile: \"PrevCommand < $80\"!");
     case SmfFault::Kind::RunningSystem:
-      return "Fehler in der MidiDatei - PrevCommand >= $F0!\rPrevCommand: " + std::to_string(fault.Byte);
+      return "Fehler in der MidiDatei - PrevCommand >= $F0!\rPrevCommand: " +
+             std::to_string(fault.Byte);
     case SmfFault::Kind::SystemCommon: return "Error in midifile - Command is $F1 to $F6!";
     case SmfFault::Kind::ActiveSensing: return "Error in midifile - Command = $FE!";
     default: return "Error in midifile - Cmd $2F with length <> 0!";
@@ -80,7 +81,8 @@ TMeasure MeasureSong(SmfCursor in, std::int32_t chunks, bool unmix, bool statusS
       if (e.Type == MetaTempo) ++found.Tempi;
       if (e.Type == MetaTimeSignature) ++found.Signatures;
     };
-    WalkChunk(in, end, statusSurvives, onChannel, onLong, [&](const SmfEvent& e) { reach(e.Position); });
+    WalkChunk(in, end, statusSurvives, onChannel, onLong,
+              [&](const SmfEvent& e) { reach(e.Position); });
   }
   return found;
 }
@@ -101,6 +103,7 @@ void TMidiFunctions::DecodeMidiData() {
     failure = ReaderOutOfMemory;
   }
   if (!failure.empty()) {
+    song.NumberOfSourceTracks = static_cast<std::int32_t>(song.MidiTrack.size());  // as many as there are
     messages.Show(failure);
     throw EMidiError(failure);
   }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/FileCalls.h"
 #include "core/Options.h"
 #include "core/Ports.h"
 #include "core/Song.h"
@@ -15,11 +16,12 @@ namespace Sonarello {
 /// song stays as it is.
 class MidiFileWriter {
  public:
-  MidiFileWriter(Song& s, const Options& o, const IRoutes& r, IMessages& m, const SongHooks& h)
-      : song(s), options(o), routes(r), messages(m), hooks(h) {}
+  MidiFileWriter(Song& s, const Options& o, const IRoutes& r, IMessages& m, const SongHooks& h,
+                 FileCalls& f = FileCalls::System())
+      : song(s), options(o), routes(r), messages(m), hooks(h), files(f) {}
 
   /// Writes the song to a file (path, UTF-8) in format 0 or 1. True when the file holds the whole song.
-  /// A failure was shown; the file is then what it was before.
+  /// A failure was shown; the file is then what it was before, or a copy was named that holds the song.
   bool Save(const std::string& fileName, int format);
 
   /// The bytes that `Save` writes. `fileName` gives the name of the song.
@@ -32,6 +34,7 @@ class MidiFileWriter {
   const IRoutes& routes;
   IMessages& messages;
   const SongHooks& hooks;
+  FileCalls& files;
 };
 
 }  // namespace Sonarello

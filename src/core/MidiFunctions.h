@@ -22,7 +22,8 @@ class TMidiFunctions {
   TMidiFunctions(Song& s, const Options& o, const IRoutes& r, IMessages& m, const SongHooks& h)
       : song(s), options(o), routes(r), messages(m), hooks(h) {}
 
-  std::vector<std::uint8_t> SourceData;  ///< the file's bytes, from before `DecodeMidiData` to behind it
+  /// The file's bytes, from before `DecodeMidiData` to behind it.
+  std::vector<std::uint8_t> SourceData;
 
   /// A sysex of the file and the index of its track.
   struct TSourceSysex {
@@ -40,32 +41,45 @@ class TMidiFunctions {
   /// half built and wants `ClearMidiMemory`.
   void DecodeMidiData();
 
-  // --- Time map (TimeMap.cpp)
+  // --- Time map (TimeMap.cpp, TimeTables.cpp)
 
-  /// Completes the tempo and signature tables, builds `TimeZone`, computes the `MaxSongPosition` values.
+  /// Completes the tempo and signature tables (in order of time, a first entry at 0, halves as
+  /// quarters), builds `TimeZone`, computes the `MaxSongPosition` values. Times that leave 32 bits
+  /// saturate.
   void SetTimeZones();
   /// Recomputes times, measures and beats of the standing table after tempo values changed.
   void UpdateTimeZones();
-  /// Sets `TimePosition` of all events, `SongLength` and `TimePositionOfFirstNote`.
+  /// Sets `TimePosition` of all events, `SongLength` and `TimePositionOfFirstNote`; then the times of
+  /// the main instrument's effect memory. Where a zone begins, a time may be 1 ms behind its
+  /// predecessor's, as zones and events are rounded apart.
   void SetTimePositions();
-  /// Rebuilds the tempo and signature tables from the metas of all tracks.
+  /// Rebuilds the tempo and signature tables from the metas of all tracks, in the order in which they
+  /// are met.
   void ReloadTempoTimeSign();
   /// `ReloadTempoTimeSign`, `SetTimeZones`, `BackupTempo`, `SetTimePositions`; the sentinel zones end
   /// 1 ms behind the song.
   void UpdateTimeZoneData();
 
-  // --- Note integrity (NoteIntegrity.cpp)
+  // --- Note integrity (NoteIntegrity.cpp, NoteOverlaps.cpp). Tracks with `TrkIgnore` and events
+  // --- marked as removed are passed over.
 
   /// Counts note-ons against note-offs per track, channel and key. True if the song is clean; else the
-  /// text goes to `MessageToReturn` and into "_NoteOnOff.txt" in `DataPath`.
+  /// text on the first faulty track goes to `MessageToReturn`, and into "_NoteOnOff.txt" in `DataPath`
+  /// if that can be written. Needs the time map.
   bool CheckForNoteOnsNoteOffs(std::string& MessageToReturn);
-  /// Lengthens paired notes shorter than `MinNoteLength`.
+  /// Lengthens paired notes shorter than `MinNoteLength`, at most to the song's end. Needs the time
+  /// map.
   void CheckForZeroLength();
-  /// Repairs doubled and overlapping notes; counts go to `FoundDoubleNotes`, `FoundOverlappedNotes`.
+  /// Repairs doubled notes (two starts of a key within a tick) and overlapping ones, and tells of
+  /// doubled note-offs, each once; the user may then end the search. Counts go to `FoundDoubleNotes`
+  /// and `FoundOverlappedNotes`. What is repaired stays paired as SetNoteOnOffPointers pairs.
   void RemoveNoteOverlaps();
-  /// Pairs the notes of a list, first in first out. Note-offs without note-on are neutralised. False if
-  /// more than 32 notes of one key are open at once.
-  static bool SetNoteOnOffPointers(PtrMidiEvent FirstEvent);
+  /// Pairs the notes of a list, first in first out; what an earlier pairing left is forgotten.
+  /// Note-offs without note-on are neutralised, and told to the change log of `Owner` as events of
+  /// `Track`. False if more than 32 notes of one key are open at once; the list is then paired up to
+  /// that note-on.
+  static bool SetNoteOnOffPointers(PtrMidiEvent FirstEvent, Song* Owner = nullptr,
+                                   std::int32_t Track = 0);
   std::int32_t FoundDoubleNotes = 0;
   std::int32_t FoundOverlappedNotes = 0;
 
@@ -80,6 +94,7 @@ class TMidiFunctions {
  private:
   void DecodeHeader(SmfCursor& in);
   void DecodeTracks(SmfCursor& in);
+  void FitSysexs(int instrumValue);
 
   Song& song;
   const Options& options;
@@ -88,21 +103,30 @@ class TMidiFunctions {
   const SongHooks& hooks;
 };
 
-// --- Position texts (TimeMap.cpp). A position reads measure.beat.ticks, measures and beats from 1.
+// --- Position texts (PositionTexts.cpp). A position reads measure.beat.ticks, measures and beats
+// --- counted from 1, ticks from 0. They need the time map; without one every position reads 1, 1, 0.
+//
+// Text and position lead back to each other at every tick of a song in halves, quarters and eighths.
+// They do not for beats of a whole note, for finer beats that are no whole number of ticks or that
+// begin too late in a quarter to end inside it, and for the last ticks of eighths when quarters begin
+// inside an eighth.
 
-/// Text of a position in ticks, such as "001.01.000". Needs the time map.
+/// Text of a position in ticks, such as "001.01.000".
 [[nodiscard]] std::string SongPositionToMTC(const Song& song, std::int32_t SongPos);
-/// Position in ticks, or -1 if there is no such place in the song. Ticks from 0 to `SourceTimeBase`.
+/// Position in ticks, below `MaxSongPosition`, or -1 if there is no such place in the song. Ticks from
+/// 0 to `SourceTimeBase`; beats may lie beyond the measure.
 [[nodiscard]] std::int32_t MTCToSongPosition(const Song& song, std::int32_t Measure, std::int32_t Beat,
                                              std::int32_t Ticks);
 /// The same, for places at or behind the song's end as well.
-[[nodiscard]] std::int32_t MTCToSongPositionEx(const Song& song, std::int32_t Measure, std::int32_t Beat,
-                                               std::int32_t Ticks);
+[[nodiscard]] std::int32_t MTCToSongPositionEx(const Song& song, std::int32_t Measure,
+                                               std::int32_t Beat, std::int32_t Ticks);
 /// Milliseconds at a position in ticks, saturated to 32 bits.
 [[nodiscard]] std::int32_t TimeOfPosition(const Song& song, std::int32_t SongPos);
 /// Position text of the event list; the same as `SongPositionToMTC` at every tick.
 [[nodiscard]] std::string TicksToStr(const Song& song, std::int32_t SongPos);
-/// Name of a key from 0 to 127, such as "C3".
+/// Minutes, seconds and thousandths of a time in ms, such as "000:12.345", with a comma in German.
+[[nodiscard]] std::string TimeToStr(std::int32_t Milliseconds);
+/// Name of a key from 0 to 127, such as "C3" for 60.
 [[nodiscard]] std::string NoteName(int key);
 
 }  // namespace Sonarello

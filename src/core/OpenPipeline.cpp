@@ -1,14 +1,12 @@
 #include "core/OpenPipeline.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <limits>
-#include <memory>
 
 #include "core/ChannelStock.h"
 #include "core/EventList.h"
 #include "core/ProgramSetup.h"
 #include "core/Texts.h"
+#include "core/TimeMap.h"
 
 namespace Sonarello {
 
@@ -99,14 +97,10 @@ void OpenPipeline::TreatCountIn() {
 
 void OpenPipeline::BuildTimeMap() {
   functions.SetTimeZones();
-  song.BackupTempo.clear();
-  for (const TTempo& tempo : song.SourceTempo) song.BackupTempo.push_back(tempo.Tempo);
+  BackupTempi(song);
   song.CurrentTimeZone = 0;
   functions.SetTimePositions();
-  for (TTimeZone& zone : song.TimeZone)
-    if (zone.SongPosition == song.MaxSongPosition + 1 &&
-        song.SongLength < std::numeric_limits<std::int32_t>::max())
-      zone.Time = song.SongLength + 1;
+  EndTimeZonesBehindSong(song);
 }
 
 void OpenPipeline::PlaceLoopStarts() {

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <variant>
 
 namespace Sonarello {
 
@@ -38,7 +39,30 @@ struct Options {
   std::int32_t MotifDSPsFromPosition = 0;
   std::int32_t MotifDSPsSysexDelta = 2;
   std::int32_t MotifGMSxPosition = 2;
-  std::string DataPath;            ///< folder of the diagnostic files, UTF-8
+  std::string DataPath;            ///< folder of the diagnostic files, UTF-8; empty: none is written
 };
+
+/// A setting: its key, its place in `Options`, its range, and what it does in both languages.
+struct TOption {
+  std::string_view Key;
+  std::variant<bool Options::*, std::int32_t Options::*> Member;
+  std::int32_t Min;  ///< of a number; a flag goes from 0 to 1
+  std::int32_t Max;
+  std::string_view German;
+  std::string_view English;
+
+  [[nodiscard]] bool IsFlag() const noexcept { return Member.index() == 0; }
+};
+
+/// Every setting that the song core reads, in alphabetical order of the keys.
+[[nodiscard]] std::span<const TOption> OptionTable();
+/// The setting with this key, or nil. As everywhere in the settings, case does not count.
+[[nodiscard]] const TOption* FindOption(std::string_view key);
+/// Value of a setting as text: a number, or 0 or 1 for a flag.
+[[nodiscard]] std::string OptionText(const Options& options, const TOption& option);
+/// Sets a setting from text: a number in its range; a flag also takes on/off, true/false, yes/no and the
+/// German words. Nothing on success, else what is wrong, in the user's language; the options then stay.
+[[nodiscard]] std::optional<std::string> SetOption(Options& options, std::string_view key,
+                                                   std::string_view text);
 
 }  // namespace Sonarello

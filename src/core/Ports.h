@@ -36,31 +36,34 @@ class IRoutes {
 /// has; an unset hook does nothing. Each is told the song that is being opened or saved.
 struct SongHooks {
   using Step = std::function<void(Song&)>;
-  Step WritePendingBackup;     ///< a changed song is about to be replaced
-  Step ResetEffectMemory;      ///< the effect memory of the main instrument takes its defaults
-  Step StopPlayer;             ///< playback ends before the old song is cleared
-  Step CloseEditors;           ///< editor windows let go of the old song
-  Step ReloadRevoicer;         ///< the auto revoicer's data follow the instrument
-  Step ResetDesk;              ///< transpose and solo displays, backup timer
-  Step ReadEffectMemory;       ///< the instrument's effects are read into its blocks, on analysis of sysexes
+  Step WritePendingBackup;  ///< a changed song is about to be replaced
+  Step ResetEffectMemory;   ///< the effect memory of the main instrument takes its defaults
+  Step StopPlayer;          ///< playback ends before the old song is cleared
+  Step CloseEditors;        ///< editor windows let go of the old song
+  Step ReloadRevoicer;      ///< the auto revoicer's data follow the instrument
+  Step ResetDesk;           ///< transpose and solo displays, backup timer
+  Step ReadEffectMemory;  ///< the instrument's effects are read into its blocks, on analysis of sysexes
   std::function<bool(Song&)> SearchRolandSCFXInsertSysex;  ///< true if the song uses Roland inserts
   std::function<void(Song&, bool)> RolandInsertsFound;     ///< switches the Roland insert editor
-  Step RemoveCountIn;          ///< the song's count-in is taken out
-  Step CreateMidiData;         ///< a new song is built in the empty store
-  Step ResetPlayback;          ///< loop range, song position display
-  Step AdaptRolandDefaultMap;  ///< controllers follow the chosen GS map
-  Step ReadFirstValues;        ///< the desk takes the channels' first values
-  Step ShowStrips;             ///< channel strips and sound names
-  Step ReadDrums;              ///< drum channel decision, per-note drum parameters
+  Step RemoveCountIn;                                      ///< the song's count-in is taken out
+  Step CreateMidiData;                                     ///< a new song is built in the empty store
+  Step ResetPlayback;                                      ///< loop range, song position display
+  Step AdaptRolandDefaultMap;                              ///< controllers follow the chosen GS map
+  Step ReadFirstValues;  ///< the desk takes the channels' first values
+  Step ShowStrips;       ///< channel strips and sound names
+  Step ReadDrums;        ///< drum channel decision, per-note drum parameters
   Step ShowControllers;
   Step ReadLyrics;
-  Step SelectChannel;          ///< the strip of `ActiveMidiIndex` is selected
+  Step SelectChannel;  ///< the strip of `ActiveMidiIndex` is selected
   /// The verdict of the note check: empty for a clean song, else the text for the menu entry. The flag
   /// tells whether the range tools may work.
   std::function<void(const std::string&, bool)> NoteCheckResult;
-  Step ForgetRangeTools;       ///< backups of the range tools
-  Step SetUpEffects;           ///< effect editors and the auto revoicer
-  Step RememberFile;           ///< recent files
+  Step ForgetRangeTools;  ///< backups of the range tools
+  /// The song's notes do not allow the range tools: their start entries are disabled, and if the flag
+  /// is set, their windows close and their other entries are disabled as well.
+  std::function<void(Song&, bool)> DisableRangeTools;
+  Step SetUpEffects;  ///< effect editors and the auto revoicer
+  Step RememberFile;  ///< recent files
   /// Name of a channel's sound (0-15) in its instrument's terms.
   std::function<std::string(const Song&, int)> PatchName;
   /// True if a key (0-127) of a channel may be moved by a drum transpose (the instrument's drum mask).

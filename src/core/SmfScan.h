@@ -13,17 +13,17 @@ namespace Sonarello {
 /// What is wrong with a file, and where.
 struct SmfFault {
   enum class Kind {
-    InvalidOffset,   ///< the file ends where more is promised, or a delta of -1
-    NoRunning,       ///< a data byte without running status
-    RunningSystem,   ///< a data byte under a running status of 0xF0 or above
-    SystemCommon,    ///< status 0xF1 to 0xF6
-    ActiveSensing,   ///< status 0xFD or 0xFE
-    EndOfTrackLength ///< End of track with a length other than 0
+    InvalidOffset,    ///< the file ends where more is promised, or a delta of -1
+    NoRunning,        ///< a data byte without running status
+    RunningSystem,    ///< a data byte under a running status of 0xF0 or above
+    SystemCommon,     ///< status 0xF1 to 0xF6
+    ActiveSensing,    ///< status 0xFD or 0xFE
+    EndOfTrackLength  ///< End of track with a length other than 0
   };
   Kind What;
-  std::size_t Pointer = 0;     ///< byte offset in the file
-  std::int32_t Position = 0;   ///< ticks
-  std::uint8_t Byte = 0;       ///< the offending byte or status
+  std::size_t Pointer = 0;    ///< byte offset in the file
+  std::int32_t Position = 0;  ///< ticks
+  std::uint8_t Byte = 0;      ///< the offending byte or status
 };
 
 /// Reads bytes in order and raises SmfFault instead of leaving the buffer.
@@ -55,7 +55,8 @@ class SmfCursor {
     } while (byte >= 0x80);
     return value;
   }
-  /// The next bytes, of a count as the file states it: more than is there, or 2^31 and more, is a fault.
+  /// The next bytes, of a count as the file states it: more than is there, or 2^31 and more, is a
+  /// fault.
   std::span<const std::uint8_t> Bytes(std::uint32_t count) {
     if (count > size - at) Fail();
     const std::span<const std::uint8_t> bytes(data + at, count);
@@ -101,14 +102,10 @@ struct SmfEvent {
   std::span<const std::uint8_t> Payload;
 };
 
-/// Walks the events of one chunk from the cursor to the chunk's end, a byte offset that may lie behind
-/// the file's end. Calls onChannel(event), onLong(event) for sysex, escape and meta events but for the
-/// End of track, which ends the walk, and onRealtime(event). An event that crosses the chunk's end is
-/// the last one. With `statusSurvives` metas and sysexes leave running status as it is.
+/// The loop of `WalkChunk`; `event` tells on a fault how far the walk came.
 template <class OnChannel, class OnLong, class OnRealtime>
-void WalkChunk(SmfCursor& in, std::uint64_t chunkEnd, bool statusSurvives, OnChannel&& onChannel,
-               OnLong&& onLong, OnRealtime&& onRealtime) {
-  SmfEvent event;
+void WalkEvents(SmfCursor& in, SmfEvent& event, std::uint64_t chunkEnd, bool statusSurvives,
+                OnChannel&& onChannel, OnLong&& onLong, OnRealtime&& onRealtime) {
   std::uint8_t running = 0;
   const auto fault = [&](SmfFault::Kind kind) {
     return SmfFault{kind, in.At() - 1, event.Position, event.Status};
@@ -153,6 +150,22 @@ void WalkChunk(SmfCursor& in, std::uint64_t chunkEnd, bool statusSurvives, OnCha
       default: throw fault(SmfFault::Kind::ActiveSensing);
     }
     if (!statusSurvives) running = 0;
+  }
+}
+
+/// Walks the events of one chunk from the cursor to the chunk's end, a byte offset that may lie behind
+/// the file's end. Calls onChannel(event), onLong(event) for sysex, escape and meta events but for the
+/// End of track, which ends the walk, and onRealtime(event). An event that crosses the chunk's end is
+/// the last one. With `statusSurvives` metas and sysexes leave running status as it is.
+template <class OnChannel, class OnLong, class OnRealtime>
+void WalkChunk(SmfCursor& in, std::uint64_t chunkEnd, bool statusSurvives, OnChannel&& onChannel,
+               OnLong&& onLong, OnRealtime&& onRealtime) {
+  SmfEvent event;
+  try {
+    WalkEvents(in, event, chunkEnd, statusSurvives, onChannel, onLong, onRealtime);
+  } catch (SmfFault& fault) {
+    fault.Position = event.Position;  // the cursor knows bytes only
+    throw;
   }
 }
 

@@ -11,10 +11,10 @@ struct TDSPTrackRow {
 };
 using Tracks = Song::TDSPTracks;
 constexpr TDSPTrackRow DSPTrackRows[] = {
-    {9, &Tracks::Tyros1DSPTrack},   {26, &Tracks::MotifESDSPTrack}, {31, &Tracks::Tyros2DSPTrack},
-    {41, &Tracks::PSRS900DSPTrack}, {51, &Tracks::MotifXSDSPTrack}, {54, &Tracks::Tyros3DSPTrack},
-    {59, &Tracks::PSRS910DSPTrack}, {62, &Tracks::Tyros4DSPTrack},  {69, &Tracks::MotifXFDSPTrack},
-    {70, &Tracks::PSRS950DSPTrack}, {74, &Tracks::Tyros5DSPTrack},  {80, &Tracks::PSRS970DSPTrack},
+    {9, &Tracks::Tyros1DSPTrack},   {26, &Tracks::MotifESDSPTrack},  {31, &Tracks::Tyros2DSPTrack},
+    {41, &Tracks::PSRS900DSPTrack}, {51, &Tracks::MotifXSDSPTrack},  {54, &Tracks::Tyros3DSPTrack},
+    {59, &Tracks::PSRS910DSPTrack}, {62, &Tracks::Tyros4DSPTrack},   {69, &Tracks::MotifXFDSPTrack},
+    {70, &Tracks::PSRS950DSPTrack}, {74, &Tracks::Tyros5DSPTrack},   {80, &Tracks::PSRS970DSPTrack},
     {87, &Tracks::GenosDSPTrack},   {97, &Tracks::PSRSX900DSPTrack},
 };
 

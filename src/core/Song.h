@@ -29,7 +29,7 @@ class Song {
   std::uint8_t MidiFileOrgFormat = 1;  ///< format of the header; a one-track file counts as 0
   bool MidifileConverted = false;
   bool MidiFileLoaded = false;
-  std::string MidiFileName;  ///< path of the song, UTF-8
+  std::string MidiFileName;     ///< path of the song, UTF-8
   std::string SequenceNameOrg;  ///< first track name of a format 0 file, bytes as in the file
 
   // Time. The tables end in spare entries behind `MaxSongPosition`.
@@ -43,11 +43,11 @@ class Song {
   std::int32_t TimeZoneElements = 0;
   std::int32_t CurrentTimeZone = 0;
   std::int32_t CurrentTempo = 120;
-  std::vector<std::uint16_t> BackupTempo;  ///< `Tempo` of each entry of `SourceTempo` on load
-  std::int32_t MTB_Length = 3;             ///< digits of the tick field
-  std::int32_t MTC_Length = 10;            ///< characters of a position text
+  std::vector<std::uint16_t> BackupTempo;   ///< `Tempo` of each entry of `SourceTempo` on load
+  std::int32_t MTB_Length = 3;              ///< digits of the tick field
+  std::int32_t MTC_Length = 10;             ///< characters of a position text
   std::vector<TKeySignArray> KeySignArray;  ///< one per track
-  std::int32_t MaxSongPosition = 999;       ///< last tick: greatest position of an event + 10, at least 999
+  std::int32_t MaxSongPosition = 999;  ///< last tick: greatest position of an event + 10, at least 999
   std::int32_t MaxSongPositionBeat = 0;
   std::int32_t MaxSongPositionMeasure = 0;
   std::int32_t MaxSongPositionTicks = 0;
@@ -78,7 +78,7 @@ class Song {
   std::int32_t ActiveMidiChannel = -1;
 
   // Events that the song is known by. Each is nil or stands in a list of the song.
-  PtrMidiEvent SongNameEvent = nullptr;  ///< track name that carries the song's name
+  PtrMidiEvent SongNameEvent = nullptr;        ///< track name that carries the song's name
   PtrMidiEvent PromptaRemoteCtrl00 = nullptr;  ///< remote sequence: bank select MSB 77 on channel 16
   PtrMidiEvent PromptaRemoteCtrl32 = nullptr;
   PtrMidiEvent PromptaRemotePatch = nullptr;
@@ -113,7 +113,8 @@ class Song {
   } DSPTracks;
 
   // Desk settings that the writer applies to its copy.
-  std::array<std::int8_t, ChannelCount> VelocityDelta{};  ///< added to each note-on velocity, -127 to 127
+  std::array<std::int8_t, ChannelCount>
+      VelocityDelta{};  ///< added to each note-on velocity, -127 to 127
   /// Route of each channel: index into the routes. A song channel has exactly one output at a time.
   std::array<std::uint8_t, ChannelCount> MidiOutIndex{};
 
@@ -155,9 +156,9 @@ void Song::ForEachReference(F&& f) {
     for (PtrMidiEvent& e : countIn.Notes) f(e);
   for (TKeySignArray& keys : KeySignArray)
     for (TKeySigns& key : keys.ValArray) f(key.MidiEvent);
-  for (PtrMidiEvent* e : {&SongNameEvent, &PromptaRemoteCtrl00, &PromptaRemoteCtrl32,
-                          &PromptaRemotePatch, &MotifMartor, &MotifSysex, &RolandDelayTimeSysexEvent,
-                          &RolandDelayFeedbackSysexEvent, &RolandInsFxOnSysex})
+  for (PtrMidiEvent* e :
+       {&SongNameEvent, &PromptaRemoteCtrl00, &PromptaRemoteCtrl32, &PromptaRemotePatch, &MotifMartor,
+        &MotifSysex, &RolandDelayTimeSysexEvent, &RolandDelayFeedbackSysexEvent, &RolandInsFxOnSysex})
     f(*e);
 }
 

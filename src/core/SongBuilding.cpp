@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <limits>
 #include <string>
 
 #include "core/CountIn.h"
 #include "core/EventList.h"
 #include "core/Markers.h"
 #include "core/Texts.h"
+#include "core/TimeMap.h"
 
 namespace Sonarello {
 
@@ -21,7 +20,8 @@ constexpr std::int32_t SongTail = 10;         ///< ticks behind the last event
 constexpr int UnmixedSysexTrack = 10;
 constexpr std::uint8_t ZeroByte = 0;
 
-// The remote sequence of a song player: bank MSB 77, bank LSB and program on channel 16, close together.
+// The remote sequence of a song player: bank MSB 77, bank LSB and program on channel 16, close
+// together.
 constexpr std::uint8_t RemoteBank = 77;
 constexpr std::int32_t RemoteLatestStart = 100;
 constexpr std::int32_t RemoteBankWindow = 20;
@@ -33,7 +33,8 @@ constexpr std::array<std::uint8_t, 2> StyleChordPrefix = {0x43, 0x7E};
 constexpr std::array<std::uint8_t, 3> XFChordPrefix = {0x43, 0x7B, 0x01};
 constexpr std::array<std::uint8_t, 3> MotifPrefix = {0x43, 0x10, 0x7F};
 
-/// Chord roots are stored in one spelling: D#, E, ... for Eb, Fb, ... (XF: accidental and note nibbles).
+/// Chord roots are stored in one spelling: D#, E, ... for Eb, Fb, ... (XF: accidental and note
+/// nibbles).
 std::uint8_t UsualRoot(std::uint8_t root) {
   switch (root) {
     case 0x21: return 0x37;
@@ -42,11 +43,6 @@ std::uint8_t UsualRoot(std::uint8_t root) {
     case 0x47: return 0x31;
     default: return root;
   }
-}
-
-std::uint16_t BeatsPerMinute(std::int32_t microseconds) {
-  const double beats = std::nearbyint(60'000'000.0 / microseconds);
-  return static_cast<std::uint16_t>(std::min(beats, double{std::numeric_limits<std::uint16_t>::max()}));
 }
 
 }  // namespace
@@ -154,8 +150,7 @@ void SongBuilder::AddChannelEvent(const SmfEvent& event) {
     case ProgramChange: CollectProgram(e); break;
     default: break;
   }
-  if (clamped)
-    LogChange(song, ChangeKind::Rewritten, index, *e, "Wert über 127", "value above 127");
+  if (clamped) LogChange(song, ChangeKind::Rewritten, index, *e, "Wert über 127", "value above 127");
 }
 
 void SongBuilder::CollectTrackChannel(TMyTrack& track, int channel) {
@@ -164,15 +159,14 @@ void SongBuilder::CollectTrackChannel(TMyTrack& track, int channel) {
 }
 
 void SongBuilder::CollectController(PtrMidiEvent e) {
-  PtrMidiEvent& entry =
-      song.FirstControllers[static_cast<std::size_t>(e->Channel())][e->Value[0]];
+  PtrMidiEvent& entry = song.FirstControllers[static_cast<std::size_t>(e->Channel())][e->Value[0]];
   if (entry != nullptr) return;
   if (e->Channel() == ChannelCount - 1) {
     if (e->Value[0] == 0 && e->Value[1] == RemoteBank && e->Position < RemoteLatestStart) {
       remoteStart = e->Position;
       return;
     }
-    if (e->Value[0] == 32 && e->Position - remoteStart <= RemoteBankWindow) return;
+    if (e->Value[0] == 32 && e->Position - remoteStart < RemoteBankWindow) return;
   }
   entry = e;
 }
@@ -180,7 +174,7 @@ void SongBuilder::CollectController(PtrMidiEvent e) {
 void SongBuilder::CollectProgram(PtrMidiEvent e) {
   PtrMidiEvent& entry = song.FirstPatches[static_cast<std::size_t>(e->Channel())];
   if (entry != nullptr) return;
-  if (e->Channel() == ChannelCount - 1 && e->Position - remoteStart <= RemotePatchWindow) {
+  if (e->Channel() == ChannelCount - 1 && e->Position - remoteStart < RemotePatchWindow) {
     remoteStart = NoRemote;
     return;
   }
@@ -256,7 +250,8 @@ bool SongBuilder::IsDropped(const SmfEvent& event) const {
     return drop("ohne Inhalt", "has no content");
   switch (event.Type) {
     case MetaChannelPrefix:
-    case MetaPort: return drop("Port und Kanal-Präfix werden neu gesetzt", "ports and prefixes are set anew");
+    case MetaPort:
+      return drop("Port und Kanal-Präfix werden neu gesetzt", "ports and prefixes are set anew");
     case MetaTimeSignature: return hasLength(4);
     case MetaKeySignature: return hasLength(2);
     case MetaTempo: return hasLength(3);
@@ -311,7 +306,8 @@ void SongBuilder::AddTrackName(const SmfEvent& event) {
   const std::int32_t index = TrackOfMeta(event.Type);
   PtrMidiEvent e = AddLong(index, event, event.Payload);
   TMyTrack& track = TrackAt(index);
-  if (song.MidiFileOrgFormat == 0 && song.SequenceNameOrg.empty()) song.SequenceNameOrg = e->Meta.Text();
+  if (song.MidiFileOrgFormat == 0 && song.SequenceNameOrg.empty())
+    song.SequenceNameOrg = e->Meta.Text();
   if (track.TrkName.empty()) {
     track.TrkName = e->Meta.Text();
   } else if (index == 0) {
@@ -325,26 +321,15 @@ void SongBuilder::AddTempo(const SmfEvent& event) {
   const std::int32_t index = TrackOfMeta(event.Type);
   PtrMidiEvent e = AddLong(index, event, event.Payload);
   if (index != 0) return;  // only track 0 is the tempo track
-  TTempo& entry = song.SourceTempo[static_cast<std::size_t>(tempi++)];
-  const std::int32_t microseconds = e->Meta[0] << 16 | e->Meta[1] << 8 | e->Meta[2];
-  entry.SongPosition = e->Position;
-  entry.TempoLongInt = microseconds == 0 ? 500'000 : microseconds;
-  entry.OriginalTempoLongint = entry.OldTempoLongInt = entry.TempoLongInt;
-  entry.Tempo = BeatsPerMinute(entry.TempoLongInt);
+  song.SourceTempo[static_cast<std::size_t>(tempi++)] = TempoEntry(e->Position, e->Meta.Bytes());
 }
 
 void SongBuilder::AddTimeSignature(const SmfEvent& event) {
   const std::int32_t index = TrackOfMeta(event.Type);
   PtrMidiEvent e = AddLong(index, event, event.Payload);
   if (index != 0) return;
-  TTimeSign& entry = song.TimeSignature[static_cast<std::size_t>(signatures++)];
-  entry.SongPosition = e->Position;
-  entry.Numerator = e->Meta[0];
-  entry.Denominator = static_cast<std::uint8_t>(std::uint32_t{1} << (e->Meta[1] % 32));
-  entry.TicksInMClick = e->Meta[2];
-  entry._32NotesInQNote = e->Meta[3];
-  // No measure can be counted in such a signature: the meta stays, the table takes 4/4.
-  if (entry.Numerator == 0 || entry.Denominator == 0) entry.Numerator = entry.Denominator = 4;
+  song.TimeSignature[static_cast<std::size_t>(signatures++)] =
+      TimeSignEntry(e->Position, e->Meta.Bytes());
 }
 
 void SongBuilder::AddKeySignature(const SmfEvent& event) {
@@ -368,7 +353,8 @@ void SongBuilder::NoteChord(PtrMidiEvent e, std::int32_t track) {
     const std::uint8_t usual = UsualRoot(e->Meta[place]);
     if (usual == e->Meta[place]) continue;
     e->Meta.Mutable()[place] = usual;
-    LogChange(song, ChangeKind::Rewritten, track, *e, "Schreibweise des Akkords", "spelling of the chord");
+    LogChange(song, ChangeKind::Rewritten, track, *e, "Schreibweise des Akkords",
+              "spelling of the chord");
   }
   song.XF_Format = true;
   song.XF_Track = track;
@@ -391,8 +377,7 @@ void SongBuilder::Finish() {
     Append(track, end);
   }
   if (song.MidiFileFormat == 0) TrackAt(0).TrkMidiIndex = ChannelCount;
-  CloseTempi();
-  CloseSignatures();
+  CloseTimeTables(song);
   LogOddities();
 }
 
@@ -411,27 +396,6 @@ void SongBuilder::BringTracksIntoOrder() {
   std::stable_sort(sysexes.begin(), sysexes.end(), [](const auto& a, const auto& b) {
     return a.Track != b.Track ? a.Track < b.Track : a.Event->Position < b.Event->Position;
   });
-}
-
-void SongBuilder::CloseTempi() {
-  TTempo last{.SongPosition = 0, .TempoLongInt = 500'000, .OldTempoLongInt = 500'000,
-              .OriginalTempoLongint = 500'000, .Tempo = 120};
-  for (std::size_t i = 0; i < song.SourceTempo.size(); ++i) {
-    TTempo& entry = song.SourceTempo[i];
-    if (entry.SongPosition == -1) entry = last;
-    last = entry;
-    last.SongPosition = song.MaxSongPosition + 1;
-  }
-}
-
-void SongBuilder::CloseSignatures() {
-  TTimeSign last{.SongPosition = 0, .Numerator = 4, .Denominator = 4};
-  for (std::size_t i = 0; i < song.TimeSignature.size(); ++i) {
-    TTimeSign& entry = song.TimeSignature[i];
-    if (entry.SongPosition == -1) entry = last;
-    last = entry;
-    last.SongPosition = song.MaxSongPosition + 1;
-  }
 }
 
 void SongBuilder::LogOddities() {

@@ -39,7 +39,8 @@ class SongBuilder {
   PtrMidiEvent Take();
   void Link(std::int32_t track, PtrMidiEvent node);
   [[nodiscard]] std::int32_t StoredPosition(std::int32_t position);
-  PtrMidiEvent AddLong(std::int32_t track, const SmfEvent& event, std::span<const std::uint8_t> payload);
+  PtrMidiEvent AddLong(std::int32_t track, const SmfEvent& event,
+                       std::span<const std::uint8_t> payload);
 
   void CollectController(PtrMidiEvent e);
   void CollectProgram(PtrMidiEvent e);
@@ -58,8 +59,6 @@ class SongBuilder {
   void NoteChord(PtrMidiEvent e, std::int32_t track);
   void LogDropped(const SmfEvent& event, const char* germanWhy, const char* englishWhy);
   void LogOddities();
-  void CloseTempi();
-  void CloseSignatures();
   void BringTracksIntoOrder();
 
   Song& song;
@@ -69,12 +68,12 @@ class SongBuilder {
 
   bool unmix = false;
   std::int32_t chunk = 0;
-  std::int32_t tempi = 0;       ///< entries of `SourceTempo` in use
-  std::int32_t signatures = 0;  ///< entries of `TimeSignature` in use
+  std::int32_t tempi = 0;               ///< entries of `SourceTempo` in use
+  std::int32_t signatures = 0;          ///< entries of `TimeSignature` in use
   std::int32_t remoteStart = NoRemote;  ///< tick of the remote sequence's bank select on this chunk
   std::vector<std::uint8_t> unordered;  ///< per track: an event stands in front of an earlier one
   std::vector<std::int32_t> implicitNoteOffs;  ///< per track: note-ons of velocity 0
-  bool wrapped = false;  ///< a position left the range of the song
+  bool wrapped = false;                        ///< a position left the range of the song
 
   static constexpr std::int32_t NoRemote = -100;
 };

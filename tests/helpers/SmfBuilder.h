@@ -14,7 +14,7 @@ using Bytes = std::vector<std::uint8_t>;
 /// Positions are absolute ticks and must not go back inside a track; channels count from 1.
 class Smf {
  public:
-  explicit Smf(int format = 1, int division = 480) : format(format), division(division) {}
+  explicit Smf(int fileFormat = 1, int timeBase = 480) : format(fileFormat), division(timeBase) {}
 
   Smf& Track() {
     tracks.emplace_back();
@@ -25,8 +25,12 @@ class Smf {
     tick = position;
     return *this;
   }
-  Smf& On(int channel, int key, int velocity = 100) { return Event({0x90 + channel - 1, key, velocity}); }
-  Smf& Off(int channel, int key, int velocity = 64) { return Event({0x80 + channel - 1, key, velocity}); }
+  Smf& On(int channel, int key, int velocity = 100) {
+    return Event({0x90 + channel - 1, key, velocity});
+  }
+  Smf& Off(int channel, int key, int velocity = 64) {
+    return Event({0x80 + channel - 1, key, velocity});
+  }
   Smf& Note(int channel, int key, std::int64_t from, std::int64_t to, int velocity = 100) {
     return At(from).On(channel, key, velocity).At(to).Off(channel, key);
   }
@@ -58,9 +62,7 @@ class Smf {
     for (const int b : bytes) tracks.back().push_back(static_cast<std::uint8_t>(b));
     return *this;
   }
-  Smf& End() {
-    return Event({0xFF, 0x2F, 0});
-  }
+  Smf& End() { return Event({0xFF, 0x2F, 0}); }
   /// Number of tracks for the header where it shall differ from the chunks'.
   Smf& Claims(int count) {
     claimed = count;

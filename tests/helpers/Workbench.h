@@ -33,7 +33,8 @@ class RecordedMessages : public IMessages {
 class TestRoutes : public IRoutes {
  public:
   [[nodiscard]] std::span<const TMidiRouting> MidiRouting() const override { return Table; }
-  std::vector<TMidiRouting> Table = {{.Delay = 0, .Instrument = "GM Soundset", .InstrumValue = 0}};
+  std::vector<TMidiRouting> Table = {
+      {.Delay = 0, .Instrument = "GM Soundset", .InstrumValue = 0, .OutputName = {}}};
 };
 
 struct Workbench {
