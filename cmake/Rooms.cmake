@@ -1,14 +1,6 @@
 # Rooms: one static library and one test binary each.
 
-add_library(sonarello_flags INTERFACE)
-target_compile_options(sonarello_flags INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
-if(SONARELLO_SANITIZE)
-  target_compile_options(sonarello_flags INTERFACE -fsanitize=${SONARELLO_SANITIZE}
-                         -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(sonarello_flags INTERFACE -fsanitize=${SONARELLO_SANITIZE})
-endif()
-
-# add_room(<name> [USES <rooms on lower lines>...]): the library of src/<name>.
+# add_room(<name> [USES <rooms on lower lines>...]): the library sonarello_<name> of src/<name>.
 function(add_room name)
   cmake_parse_arguments(ROOM "" "" "USES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${name}/*.cpp)
@@ -26,7 +18,8 @@ function(add_room name)
   endforeach()
 endfunction()
 
-# add_room_tests(<name> <libraries>...): the test binary of tests/<name>, its tests known to ctest.
+# add_room_tests(<name> <libraries>...): the binary test_<name> of tests/<name>, known to ctest test by
+# test. Under a sanitizer the binary runs as one test: a start costs more there than most tests do.
 function(add_room_tests name)
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${name}/*.cpp)
   if(NOT sources)
@@ -37,5 +30,12 @@ function(add_room_tests name)
   target_link_libraries(test_${name} PRIVATE ${ARGN} sonarello_flags GTest::gtest_main GTest::gmock)
   target_compile_definitions(test_${name} PRIVATE
                              SONARELLO_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-  gtest_discover_tests(test_${name} TEST_PREFIX "${name}: " DISCOVERY_TIMEOUT 60)
+  if(SONARELLO_SANITIZE)
+    add_test(NAME "${SONARELLO_SANITIZE}: ${name}" COMMAND test_${name} --gtest_brief=1)
+    set_tests_properties("${SONARELLO_SANITIZE}: ${name}" PROPERTIES TIMEOUT 600 ENVIRONMENT
+                         UBSAN_OPTIONS=print_stacktrace=1)
+  else()
+    gtest_discover_tests(test_${name} TEST_PREFIX "${name}: " DISCOVERY_TIMEOUT 60
+                         PROPERTIES TIMEOUT 120)
+  endif()
 endfunction()

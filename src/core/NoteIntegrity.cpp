@@ -125,8 +125,8 @@ class NoteLengthener {
     const bool overtaken =
         next->Position < end || (!waiting.empty() && waiting.top().Event->Position < end);
     if (!overtaken) return;
-    Unlink(track, off);
     waiting.push({off, order++});
+    Unlink(track, off);
   }
 
   void LinkWaiting(const TypMidiEvent& reached) {

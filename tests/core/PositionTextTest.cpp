@@ -207,7 +207,7 @@ struct TRoundTrip {
 };
 
 void TryEveryTick(TestSong& s, TRoundTrip& tried) {
-  for (std::int32_t p = 0; p < s.song.MaxSongPosition + 3000; ++p) {
+  for (std::int32_t p = 0; p < s.song.MaxSongPosition + 1000; ++p) {
     const std::string text = SongPositionToMTC(s.song, p);
     ASSERT_EQ(TicksToStr(s.song, p), text);
     if (!IsRegular(s.song, p)) {
@@ -225,7 +225,7 @@ TEST(PositionText, LeadsBackToEveryTickWhereTheMapIsRegular) {
   const auto upTo = [&random](int most) { return std::uniform_int_distribution<>(0, most)(random); };
   constexpr std::array timeBases = {1, 2, 24, 96, 120, 384, 480, 481, 960};
   TRoundTrip tried;
-  for (int round = 0; round < 60; ++round) {
+  for (int round = 0; round < 36; ++round) {
     TestSong s(timeBases[static_cast<std::size_t>(round) % timeBases.size()]);
     s.NewTrack();
     std::int32_t position = upTo(1) * upTo(500);
@@ -237,7 +237,7 @@ TEST(PositionText, LeadsBackToEveryTickWhereTheMapIsRegular) {
     TryEveryTick(s, tried);
     if (HasFatalFailure()) FAIL() << "round " << round;
   }
-  EXPECT_GT(tried.Regular, 200'000);
+  EXPECT_GT(tried.Regular, 100'000);
   EXPECT_GT(tried.Irregular, 1000) << "the songs also hold what is not regular";
 }
 

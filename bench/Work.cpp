@@ -1,0 +1,162 @@
+#include "Work.h"
+
+#include <smf.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "Floors.h"
+#include "Measure.h"
+#include "core/MidiFileWriter.h"
+#include "core/OpenPipeline.h"
+
+namespace Sonarello::Bench {
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+std::vector<std::uint8_t> ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary | std::ios::ate);
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(in.tellg()));
+  in.seekg(0);
+  in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  return bytes;
+}
+
+/// Awkward songs earn warnings, such as that of too many open notes; a benchmark lets them pass.
+class DeafMessages : public IMessages {
+ public:
+  void Show(const std::string&) override {}
+  bool Ask(const std::string&) override { return true; }
+};
+
+class OneRoute : public IRoutes {
+ public:
+  explicit OneRoute(int instrument) { table[0].InstrumValue = static_cast<std::uint8_t>(instrument); }
+  [[nodiscard]] std::span<const TMidiRouting> MidiRouting() const override { return table; }
+
+ private:
+  std::array<TMidiRouting, 1> table;
+};
+
+/// A song with all that its operations need, as the program owns it.
+struct Desk {
+  explicit Desk(int instrument) : routes(instrument) {
+    options.DataPath = std::filesystem::temp_directory_path().string();
+  }
+
+  void Open(const std::string& file) {
+    if (!pipeline.OpenMidiFile(file, false)) throw std::runtime_error("refused: " + file);
+  }
+
+  Song song;
+  Options options;
+  OneRoute routes;
+  DeafMessages messages;
+  SongHooks hooks;
+  OpenPipeline pipeline{song, options, routes, messages, hooks};
+  MidiFileWriter writer{song, options, routes, messages, hooks};
+};
+
+int Instrument(const Arguments& arguments) { return std::stoi(arguments.at(2)); }
+
+void MeasureFloor(const Arguments& arguments) {
+  const std::vector<std::uint8_t> file = ReadFile(arguments.at(1));
+  NodeFloor floor(file);
+  const std::size_t events = floor.Count();
+  const double link = Seconds([&] { floor.Link(events); });
+  std::size_t bytes = 0;
+  const double write = Seconds([&] { bytes = floor.Write(); });
+  std::printf("%.9f %.9f %zu %zu", link, write, events, bytes);
+}
+
+void MeasurePeer(const Arguments& arguments) {
+  const std::vector<std::uint8_t> file = ReadFile(arguments.at(1));
+  smf_t* song = nullptr;
+  const double load =
+      Seconds([&] { song = smf_load_from_memory(file.data(), static_cast<int>(file.size())); });
+  if (song == nullptr) throw std::runtime_error("libsmf refuses the song");
+  std::printf("%.9f", load);
+}
+
+void MeasureDecode(const Arguments& arguments) {
+  Desk desk(0);
+  desk.options.AutoSysex = false;
+  TMidiFunctions functions(desk.song, desk.options, desk.routes, desk.messages, desk.hooks);
+  for (int round = 0; round < 2; ++round) {
+    functions.SourceData = ReadFile(arguments.at(1));
+    std::printf("%.9f ", Seconds([&] { functions.DecodeMidiData(); }));
+    desk.song.ClearMidiMemory();
+  }
+}
+
+void MeasureOpen(const Arguments& arguments) {
+  Desk desk(Instrument(arguments));
+  for (int round = 0; round < 2; ++round)
+    std::printf("%.9f ", Seconds([&] { desk.Open(arguments.at(1)); }));
+}
+
+void MeasureEncode(const Arguments& arguments) {
+  Desk desk(Instrument(arguments));
+  desk.Open(arguments.at(1));
+  std::vector<std::uint8_t> bytes;
+  const double encode =
+      Seconds([&] { bytes = desk.writer.Encode(arguments.at(1), std::stoi(arguments.at(3))); });
+  std::printf("%.9f %zu", encode, bytes.size());
+}
+
+void MeasureSave(const Arguments& arguments) {
+  Desk desk(Instrument(arguments));
+  desk.Open(arguments.at(1));
+  const std::string target = arguments.at(1) + ".saved";
+  bool saved = false;
+  const double save = Seconds([&] { saved = desk.writer.Save(target, std::stoi(arguments.at(3))); });
+  std::filesystem::remove(target);
+  if (!saved) throw std::runtime_error("not saved: " + target);
+  std::printf("%.9f", save);
+}
+
+double ResidentBytes() {
+  std::ifstream statm("/proc/self/statm");
+  double pages = 0;
+  statm >> pages >> pages;
+  return pages * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+void MeasureMemory(const Arguments& arguments) {
+  Desk desk(Instrument(arguments));
+  const double before = ResidentBytes();
+  desk.Open(arguments.at(1));
+  std::printf("%.0f", ResidentBytes() - before);
+}
+
+}  // namespace
+
+bool Measure(const Arguments& arguments) {
+  const std::string& what = arguments.at(0);
+  if (what == "floor")
+    MeasureFloor(arguments);
+  else if (what == "peer")
+    MeasurePeer(arguments);
+  else if (what == "decode")
+    MeasureDecode(arguments);
+  else if (what == "open")
+    MeasureOpen(arguments);
+  else if (what == "encode")
+    MeasureEncode(arguments);
+  else if (what == "save")
+    MeasureSave(arguments);
+  else if (what == "memory")
+    MeasureMemory(arguments);
+  else
+    return false;
+  return true;
+}
+
+}  // namespace Sonarello::Bench

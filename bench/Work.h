@@ -1,0 +1,20 @@
+// Sonarello: the pieces of work that are measured, each in a process of its own.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Sonarello::Bench {
+
+/// Does one piece of work and prints its figures, separated by blanks:
+///   floor FILE                        seconds to link the nodes, seconds to write them, events
+///   peer FILE                         seconds that libsmf takes to load the file from memory
+///   decode FILE                       seconds of two `DecodeMidiData`, one after the other
+///   open FILE INSTRUMENT              seconds of two `OpenMidiFile`, one after the other
+///   encode FILE INSTRUMENT FORMAT     seconds of `Encode`, bytes
+///   save FILE INSTRUMENT FORMAT       seconds of `Save`
+///   memory FILE INSTRUMENT            bytes of resident memory that the open song takes
+/// INSTRUMENT is a catalogue number. False for anything else.
+bool Measure(const std::vector<std::string>& arguments);
+
+}  // namespace Sonarello::Bench

@@ -1,0 +1,17 @@
+// Sonarello: the commands, one file each. Each returns the program's exit status.
+#pragma once
+
+#include "Arguments.h"
+#include "Composition.h"
+#include "Console.h"
+
+namespace Sonarello {
+
+int ShowCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int EventsCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int DecodeCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int SaveCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int NewCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int InstrumentsCommand(const Arguments& arguments, const Setup& setup, Console& console);
+
+}  // namespace Sonarello

@@ -1,0 +1,29 @@
+// Sonarello: what the fuzz targets do with an input. Each raises Fault when the input shows a fault.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <stdexcept>
+
+namespace Sonarello::Fuzz {
+
+/// A property that does not hold; what() says which.
+class Fault : public std::logic_error {
+ public:
+  using std::logic_error::logic_error;
+};
+
+using Input = std::span<const std::uint8_t>;
+
+/// Four bytes that choose instrument, options and format, then a file: it is opened, saved, opened and
+/// saved again. A refusal says why and leaves a store that opens the next song; a song is sound; what
+/// was saved opens; saving comes to rest.
+void FuzzSong(Input input);
+
+/// One byte that chooses the routes, then the text of an instrument-name meta.
+void FuzzMarker(Input input);
+
+/// A time base, tempi, signatures and places: positions go to texts and back.
+void FuzzPosition(Input input);
+
+}  // namespace Sonarello::Fuzz

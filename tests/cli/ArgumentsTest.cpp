@@ -1,0 +1,173 @@
+#include "Arguments.h"
+
+#include <gmock/gmock.h>
+
+#include "Composition.h"
+#include "core/Texts.h"
+
+namespace Sonarello {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+using Words = std::vector<std::string>;
+
+std::optional<Setup> SetupOf(const Words& words, std::string& complaint) {
+  const ParsedArguments parsed = ParseArguments(words);
+  complaint = parsed.Complaint;
+  return parsed.Todo ? MakeSetup(*parsed.Todo, complaint) : std::nullopt;
+}
+
+std::string ComplaintOf(const Words& words) {
+  std::string complaint;
+  EXPECT_FALSE(SetupOf(words, complaint));
+  return complaint;
+}
+
+std::vector<std::string> RoutesOf(const Words& settings) {
+  Words words = {"instruments"};
+  for (const std::string& setting : settings) words.insert(words.end(), {"--set", setting});
+  std::string complaint;
+  const auto setup = SetupOf(words, complaint);
+  EXPECT_EQ(complaint, "");
+  std::vector<std::string> routes;
+  if (setup)
+    for (const TMidiRouting& route : setup->routes.Table)
+      routes.push_back(std::to_string(route.InstrumValue) + " " + route.OutputName);
+  return routes;
+}
+
+TEST(Arguments, TakeCommonOptionsOnBothSidesOfTheCommand) {
+  for (const Words& words :
+       {Words{"-i", "genos", "--json", "--set", "SpecialD=1", "show", "a.mid"},
+        Words{"show", "a.mid", "-i", "genos", "--json", "--set", "SpecialD=1"},
+        Words{"--json", "show", "--set=SpecialD=1", "--instrument=genos", "a.mid"}}) {
+    const ParsedArguments parsed = ParseArguments(words);
+    ASSERT_TRUE(parsed.Todo) << parsed.Complaint;
+    EXPECT_EQ(parsed.Todo->Command, "show");
+    EXPECT_EQ(parsed.Todo->Instrument, "genos");
+    EXPECT_TRUE(parsed.Todo->Json);
+    EXPECT_THAT(parsed.Todo->Settings, ElementsAre("SpecialD=1"));
+    EXPECT_THAT(parsed.Todo->Files, ElementsAre("a.mid"));
+  }
+}
+
+TEST(Arguments, TakeEveryWordBehindTwoDashesForAFile) {
+  const ParsedArguments parsed = ParseArguments({"decode", "--", "--json", "-x", "show", "--"});
+  ASSERT_TRUE(parsed.Todo) << parsed.Complaint;
+  EXPECT_THAT(parsed.Todo->Files, ElementsAre("--json", "-x", "show", "--"));
+  EXPECT_FALSE(parsed.Todo->Json);
+}
+
+TEST(Arguments, TakeFilesThatAreNamedLikeCommands) {
+  const ParsedArguments parsed = ParseArguments({"decode", "show", "save"});
+  ASSERT_TRUE(parsed.Todo) << parsed.Complaint;
+  EXPECT_EQ(parsed.Todo->Command, "decode");
+  EXPECT_THAT(parsed.Todo->Files, ElementsAre("show", "save"));
+}
+
+TEST(Arguments, KeepTheOrderOfSettings) {
+  const ParsedArguments parsed =
+      ParseArguments({"--set", "A=1", "show", "f", "--set", "B=2", "--set", "A=3"});
+  ASSERT_TRUE(parsed.Todo);
+  EXPECT_THAT(parsed.Todo->Settings, ElementsAre("A=1", "B=2", "A=3"));
+}
+
+TEST(Arguments, ReadTheWishesForANewSong) {
+  const ParsedArguments parsed = ParseArguments(
+      {"new", "-o", "x.mid", "--timebase", "384", "--signature", "6/8", "--tempo", "96"});
+  ASSERT_TRUE(parsed.Todo) << parsed.Complaint;
+  EXPECT_EQ(parsed.Todo->NewSong.SourceTimeBase, 384);
+  EXPECT_EQ(parsed.Todo->NewSong.Numerator, 6);
+  EXPECT_EQ(parsed.Todo->NewSong.Denominator, 8);
+  EXPECT_EQ(parsed.Todo->NewSong.Tempo, 96);
+}
+
+TEST(Arguments, SayWhatIsWrong) {
+  EXPECT_EQ(ComplaintOf({}), "A command is missing");
+  EXPECT_EQ(ComplaintOf({"show"}), "A file is missing");
+  EXPECT_EQ(ComplaintOf({"save", "a.mid"}), "The target is missing: -o OUT");
+  EXPECT_EQ(ComplaintOf({"new"}), "The target is missing: -o OUT");
+  EXPECT_THAT(ComplaintOf({"show", "a", "b"}), HasSubstr("b"));
+  EXPECT_THAT(ComplaintOf({"play", "a.mid"}), HasSubstr("play"));
+  EXPECT_THAT(ComplaintOf({"show", "a", "--loud"}), HasSubstr("--loud"));
+  EXPECT_THAT(ComplaintOf({"events", "a", "--track", "-1"}), HasSubstr("--track"));
+  EXPECT_THAT(ComplaintOf({"events", "a", "--channel", "0"}), HasSubstr("1 … 16"));
+  EXPECT_THAT(ComplaintOf({"events", "a", "--channel", "17"}), HasSubstr("1 … 16"));
+  EXPECT_THAT(ComplaintOf({"events", "a", "--channel", "one"}), HasSubstr("\"one\""));
+  EXPECT_THAT(ComplaintOf({"events", "a", "--channel", "1", "--track", "1"}), HasSubstr("exclude"));
+  EXPECT_THAT(ComplaintOf({"save", "a", "-o", "b", "--format", "2"}), HasSubstr("0, 1"));
+  EXPECT_THAT(ComplaintOf({"new", "-o", "b", "--timebase", "96"}), HasSubstr("384, 480"));
+  EXPECT_THAT(ComplaintOf({"new", "-o", "b", "--signature", "5/4"}), HasSubstr("2/4, 3/4, 4/4, 6/8"));
+  EXPECT_THAT(ComplaintOf({"new", "-o", "b", "--tempo", "19"}), HasSubstr("20 … 300"));
+  EXPECT_THAT(ComplaintOf({"new", "-o", "b", "--tempo", "120.5"}), HasSubstr("20 … 300"));
+  EXPECT_THAT(ComplaintOf({"show", "a", "--lang", "fr"}), HasSubstr("de, en"));
+  EXPECT_THAT(ComplaintOf({"show", "a", "--set", "SpecialD"}), HasSubstr("=VALUE"));
+  EXPECT_EQ(ComplaintOf({"show", "a", "--set", "MinNoteLength=x"}), "MinNoteLength: not a number");
+  EXPECT_THAT(ComplaintOf({"show", "a", "-i", "Casio"}), HasSubstr("Unknown instrument: Casio"));
+  EXPECT_NE(ComplaintOf({"show", "a", "-o", "b"}), "");
+  EXPECT_NE(ComplaintOf({"show", "a", "--set"}), "");
+}
+
+TEST(Arguments, ListTheInstrumentsThatAnAmbiguousTextMayMean) {
+  const std::string complaint = ComplaintOf({"show", "a", "-i", "sx"});
+  EXPECT_EQ(complaint,
+            "Several instruments match \"sx\":\n  MB Music PRO.MAX/SX (100)\n  Yamaha PSR-SX900 (97)");
+}
+
+TEST(Arguments, ChooseTheLanguageAlsoBehindTheCommandButNotAmongFiles) {
+  ::unsetenv("LC_ALL");
+  ::unsetenv("LC_MESSAGES");
+  ::setenv("LANG", "en_GB.UTF-8", 1);
+  ChooseLanguage({"show", "a", "--lang", "de"});
+  EXPECT_TRUE(GermanLanguage);
+  ChooseLanguage({"--lang=de", "show"});
+  EXPECT_TRUE(GermanLanguage);
+  ChooseLanguage({"show", "--", "--lang", "de"});
+  EXPECT_FALSE(GermanLanguage);
+  ::setenv("LANG", "de_AT.UTF-8", 1);
+  ChooseLanguage({"show"});
+  EXPECT_TRUE(GermanLanguage);
+  ChooseLanguage({"show", "--lang", "en"});
+  EXPECT_FALSE(GermanLanguage);
+  ::setenv("LC_ALL", "C.UTF-8", 1);
+  ChooseLanguage({"show"});
+  EXPECT_FALSE(GermanLanguage);
+  ::unsetenv("LC_ALL");
+}
+
+TEST(Routes, BeginWithTheFirstInstrumentOfTheCatalogue) {
+  EXPECT_THAT(RoutesOf({}), ElementsAre("102 Virtual MIDI"));
+}
+
+TEST(Routes, TakeTheMainInstrumentFromItsSettingOrItsFormerName) {
+  EXPECT_THAT(RoutesOf({"MidiInstrument00=Yamaha Genos"}), ElementsAre("87 Virtual MIDI"));
+  EXPECT_THAT(RoutesOf({"midiinstrument00=Ketron SD2"}), ElementsAre("40 Virtual MIDI"));
+  EXPECT_THAT(RoutesOf({"MidiOutput00=Port A"}), ElementsAre("102 Port A"));
+}
+
+TEST(Routes, BeyondTheFirstCountWithMultiMidiOnly) {
+  const Words two = {"MidiInstrument00=87", "MidiInstrument07=1", "MidiOutput07=Port B",
+                     "MidiOutput99=C"};
+  EXPECT_THAT(RoutesOf(two), ElementsAre("87 Virtual MIDI"));
+  Words several = two;
+  several.emplace_back("MultiMidi=on");
+  EXPECT_THAT(RoutesOf(several), ElementsAre("87 Virtual MIDI", "1 Port B", "102 C"));
+}
+
+TEST(Routes, LetTheOptionWinOverTheSetting) {
+  std::string complaint;
+  const auto setup = SetupOf({"instruments", "--set", "MidiInstrument00=1", "-i", "2"}, complaint);
+  ASSERT_TRUE(setup);
+  EXPECT_EQ(setup->routes.Table[0].Instrument, "Roland SC-880");
+}
+
+TEST(Routes, HaveTwoDigits) {
+  EXPECT_EQ(ComplaintOf({"instruments", "--set", "MidiInstrument1=1"}),
+            "MidiInstrument1: unknown setting");
+  EXPECT_EQ(ComplaintOf({"instruments", "--set", "MidiOutput0x=1"}), "MidiOutput0x: unknown setting");
+}
+
+}  // namespace
+}  // namespace Sonarello

@@ -1,0 +1,62 @@
+#include "DisplayText.h"
+
+#include <gtest/gtest.h>
+
+#include "TextTable.h"
+
+namespace Sonarello {
+namespace {
+
+TEST(DisplayText, KeepsValidUTF8) {
+  EXPECT_EQ(DecodeText("Grüße"), "Grüße");
+  EXPECT_EQ(DecodeText("\xF0\x9F\x8E\xB9"), "\xF0\x9F\x8E\xB9");
+  EXPECT_EQ(DecodeText(""), "");
+}
+
+TEST(DisplayText, ReadsAllElseAsLatin1) {
+  EXPECT_EQ(DecodeText("Gr\xFC\xDF"
+                       "e"),
+            "Grüße");
+  // Overlong, a surrogate, beyond the last character, cut off, a lone continuation.
+  EXPECT_EQ(DecodeText("\xC0\x80"), "\xC3\x80\xC2\x80");
+  EXPECT_EQ(DecodeText("\xED\xA0\x80"), "\xC3\xAD\xC2\xA0\xC2\x80");
+  EXPECT_EQ(DecodeText("\xF4\x90\x80\x80"), "\xC3\xB4\xC2\x90\xC2\x80\xC2\x80");
+  EXPECT_EQ(DecodeText("\xE2\x82"), "\xC3\xA2\xC2\x82");
+  EXPECT_EQ(DecodeText("\x80"), "\xC2\x80");
+}
+
+TEST(DisplayText, WritesControlCharactersOut) {
+  EXPECT_EQ(VisibleText("a\r\n\tb"), "a\\r\\n\\tb");
+  EXPECT_EQ(VisibleText(std::string_view("\0\x1b[2J\x7f", 6)), "\\x00\\x1B[2J\\x7F");
+  EXPECT_EQ(VisibleText("\x9B"), "\\x9B");
+  EXPECT_EQ(VisibleText("\u202Egpj"), "\\u202Egpj");
+  EXPECT_EQ(VisibleText("ä ö ü"), "ä ö ü");
+}
+
+TEST(DisplayText, PutsAMessageOnOneLine) {
+  EXPECT_EQ(OneLine("a\rb\nc\r\nd\n\re"), "a\\rb\\rc\\rd\\r\\re");
+  EXPECT_EQ(OneLine("\r"), "\\r");
+  EXPECT_EQ(OneLine(""), "");
+}
+
+TEST(DisplayText, KeepsANameToItsLineAndItsBytes) {
+  EXPECT_EQ(NameOnOneLine("a\nb\tc"), "a\\nb\\tc");
+  EXPECT_EQ(NameOnOneLine("M\xFC.mid"), "M\xFC.mid");
+}
+
+TEST(DisplayText, ShortensByCharacters) {
+  EXPECT_EQ(Shortened("Grüße", 5), "Grüße");
+  EXPECT_EQ(Shortened("Grüße", 4), "Grü…");
+  EXPECT_EQ(Shortened("Grüße", 1), "…");
+  EXPECT_EQ(TextWidth("Grüße"), 5U);
+}
+
+TEST(TextTable, AlignsByCharactersAndLeavesNoBlanksBehind) {
+  TextTable table({{"Ü", Align::Right}, {"Name", Align::Left}, {"X", Align::Left}});
+  table.AddRow({"10", "ä", ""});
+  table.AddRow({"1", "abcdef", "z"});
+  EXPECT_EQ(table.Render(), " Ü  Name    X\n10  ä\n 1  abcdef  z\n");
+}
+
+}  // namespace
+}  // namespace Sonarello
