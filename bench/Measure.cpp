@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <sstream>
 #include <stdexcept>
 
@@ -27,12 +27,18 @@ namespace {
   _exit(127);
 }
 
+double ProcessorSeconds() {
+  timespec time{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
 }  // namespace
 
 double Seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
+  const double start = ProcessorSeconds();
   work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return ProcessorSeconds() - start;
 }
 
 Figures InFreshProcess(const std::vector<std::string>& arguments) {

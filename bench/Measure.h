@@ -9,7 +9,8 @@ namespace Sonarello::Bench {
 
 using Figures = std::vector<double>;
 
-/// Seconds that a piece of work takes, on the monotonic clock.
+/// Seconds of processor time that a piece of work takes, that of the system for it included; what other
+/// programs do on the machine leaves it nearly alone.
 [[nodiscard]] double Seconds(const std::function<void()>& work);
 
 /// Runs this program anew with arguments and returns the numbers that it prints, so that every

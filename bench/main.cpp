@@ -24,7 +24,7 @@ constexpr const char* Usage =
     "usage: sonarello_bench [--strict] [--rounds N] [--no-shapes] [SONG.mid]\n"
     "Measures opening and saving on SONG.mid, or on a song of 1,000,000 events that it makes, and the\n"
     "growth with the size of songs. Every figure is the median of ratios taken in pairs, each\n"
-    "measurement in a fresh process. With --strict the exit status is 1 if a limit is missed.\n";
+    "measurement of processor time in a fresh process. With --strict the exit status is 1 if a limit is missed.\n";
 
 /// Instruments of the rows: catalogue number and name.
 struct Instrument {

@@ -134,8 +134,12 @@ class Desk {
     return bytes;
   }
 
-  /// Every open of a word-box file ends its texts with one more return, by the rules of that format.
-  [[nodiscard]] bool MustRest() const { return !song.WordBoxFormat; }
+  /// Saving must come to rest, but for what the rules let grow: every open of a word-box file ends its
+  /// texts with one more return, and every save writes the resets of further routes in front of those
+  /// that it finds.
+  [[nodiscard]] bool MustRest() const {
+    return !song.WordBoxFormat && !(options.MultiMidi && options.AutoSysex);
+  }
 
  private:
   void WriteFile(Input file) const {

@@ -21,7 +21,8 @@ std::string Hex(std::span<const std::uint8_t> bytes) {
     text += digits[byte >> 4];
     text += digits[byte & 15];
   }
-  if (bytes.size() > ShownBytes) text += " ... (" + std::to_string(bytes.size()) + Text(" Bytes)", " bytes)");
+  if (bytes.size() > ShownBytes)
+    text += " ... (" + std::to_string(bytes.size()) + Text(" Bytes)", " bytes)");
   return text;
 }
 

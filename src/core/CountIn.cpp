@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <span>
 
 namespace Sonarello {
 
@@ -51,14 +50,10 @@ void FollowPattern(const Song& song, TCountIn& entry) {
 
 void AnalyseChannel(const Song& song, TCountIn& entry) {
   if (entry.NoteCount == 0) return;
-  // The notes of one channel may come from several tracks.
-  const auto notes = std::span(entry.Notes).first(static_cast<std::size_t>(entry.NoteCount));
-  std::stable_sort(notes.begin(), notes.end(),
-                   [](PtrMidiEvent a, PtrMidiEvent b) { return a->Position < b->Position; });
-  if (entry.NoteCount >= 3 && notes[0]->Value[0] == notes[1]->Value[0])
+  if (entry.NoteCount >= 3 && entry.Notes[0]->Value[0] == entry.Notes[1]->Value[0])
     FollowPattern(song, entry);
   else
-    entry.FirstNotePos = notes[0]->Position;
+    entry.FirstNotePos = entry.Notes[0]->Position;
 }
 
 bool IsClick(const Song& song, std::size_t channel) {

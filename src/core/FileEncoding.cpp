@@ -81,36 +81,37 @@ std::span<const TPlacedEvent> FileEncoding::EffectsOf(std::size_t track) const n
   return plan.Effects;
 }
 
-template <class Sink>
-void FileEncoding::WalkSources(TEncoders<Sink>& encoders) {
-  switch (plan.Branch) {
-    case TWriterBranch::Tracks: return WalkOwnTracks(encoders);
-    case TWriterBranch::Mixed: return WalkMixed(encoders.front());
-    case TWriterBranch::Split:
+template <class Begin, class End>
+void FileEncoding::EncodeTracks(Begin&& begin, End&& end) {
+  if (plan.Branch == TWriterBranch::Split) return EncodeSplit(begin, end);
+  for (std::size_t t = 0; t < plan.Tracks.size(); ++t) {
+    if (!plan.Tracks[t].Written) continue;
+    auto encoder = begin(t);
+    if (plan.Branch == TWriterBranch::Tracks)
+      WalkTrack(song.MidiTrack[t], [&](const TypMidiEvent& event) { encoder.Put(event); });
+    else
       merged.Run([&](const TypMidiEvent& event) {
-        const int target = SplitTarget(event, plan.SysexTarget);
-        if (target >= 0) encoders[static_cast<std::size_t>(target)].Put(event);
+        const bool madeAnew = plan.SourceIsFormat0 && SplitTarget(event, plan.SysexTarget) < 0;
+        if (!madeAnew) encoder.Put(event);
       });
+    encoder.Finish(endOfTrack);
+    end(t, encoder);
   }
 }
 
-template <class Sink>
-void FileEncoding::WalkMixed(TrackEncoder<Sink>& target) {
-  TrackEncoder<Sink> encoder = target;  // a local one stays in registers
+template <class Begin, class End>
+void FileEncoding::EncodeSplit(Begin&& begin, End&& end) {
+  std::vector<decltype(begin(0))> encoders;
+  encoders.reserve(plan.Tracks.size());
+  for (std::size_t t = 0; t < plan.Tracks.size(); ++t) encoders.push_back(begin(t));
   merged.Run([&](const TypMidiEvent& event) {
-    const bool madeAnew = plan.SourceIsFormat0 && SplitTarget(event, plan.SysexTarget) < 0;
-    if (!madeAnew) encoder.Put(event);
+    const int target = SplitTarget(event, plan.SysexTarget);
+    if (target >= 0) encoders[static_cast<std::size_t>(target)].Put(event);
   });
-  target = encoder;
-}
-
-template <class Sink>
-void FileEncoding::WalkOwnTracks(TEncoders<Sink>& encoders) {
-  for (std::size_t t = 0; t < encoders.size(); ++t) {
+  for (std::size_t t = 0; t < plan.Tracks.size(); ++t) {
     if (!plan.Tracks[t].Written) continue;
-    TrackEncoder<Sink> encoder = encoders[t];  // a local one stays in registers for a whole track
-    WalkTrack(song.MidiTrack[t], [&](const TypMidiEvent& event) { encoder.Put(event); });
-    encoders[t] = encoder;
+    encoders[t].Finish(endOfTrack);
+    end(t, encoders[t]);
   }
 }
 
@@ -120,20 +121,17 @@ void FileEncoding::CountSources() {
   watched.Descends = [this](const TPlacedEvent& event, const TPlacedEvent& next) {
     TellWrongOrder(event, next);
   };
-  TEncoders<ByteCounter> encoders;
-  encoders.reserve(plan.Tracks.size());
-  for (std::size_t t = 0; t < plan.Tracks.size(); ++t) {
-    const bool watch = plan.Branch == TWriterBranch::Mixed || HoldsEffects(t);
-    encoders.emplace_back(ByteCounter(), watch ? watched : encoding, EffectsOf(t));
-  }
-  WalkSources(encoders);
-  sizes.reserve(encoders.size());
-  for (std::size_t t = 0; t < encoders.size(); ++t) {
-    encoders[t].Finish(endOfTrack);
-    // A track with no more than a head and names is empty; the first one stays.
-    plan.Tracks[t].Written = t == 0 || encoders[t].HoldsEvents();
-    sizes.push_back(encoders[t].Out().Size());
-  }
+  sizes.resize(plan.Tracks.size());
+  EncodeTracks(
+      [&](std::size_t t) {
+        const bool watch = plan.Branch == TWriterBranch::Mixed || HoldsEffects(t);
+        return TrackEncoder(ByteCounter(), watch ? watched : encoding, EffectsOf(t));
+      },
+      [&](std::size_t t, const TrackEncoder<ByteCounter>& encoder) {
+        // A track with no more than a head and names is empty; the first one stays.
+        plan.Tracks[t].Written = t == 0 || encoder.HoldsEvents();
+        sizes[t] = encoder.Out().Size();
+      });
 }
 
 void FileEncoding::TellWrongOrder(const TPlacedEvent& event, const TPlacedEvent& next) {
@@ -191,18 +189,16 @@ void FileEncoding::StoreTracks(std::vector<std::uint8_t>& file) {
     places[t] = at + ChunkHeadSize;
     at = places[t] + sizes[t];
   }
-  TEncoders<ByteStore> encoders;
-  encoders.reserve(plan.Tracks.size());
-  for (std::size_t t = 0; t < plan.Tracks.size(); ++t) {
-    encoders.emplace_back(ByteStore(places[t]), encoding, EffectsOf(t));
-    if (places[t] != nullptr) PutFront(encoders[t], plan.Tracks[t]);
-  }
-  WalkSources(encoders);
-  for (const std::size_t t : order) {
-    encoders[t].Finish(endOfTrack);
-    // Both passes meet the same events, so that the room is met to the byte.
-    if (encoders[t].Out().End() != places[t] + sizes[t]) throw EMidiError(encoding.Failure);
-  }
+  EncodeTracks(
+      [&](std::size_t t) {
+        TrackEncoder encoder(ByteStore(places[t]), encoding, EffectsOf(t));
+        if (places[t] != nullptr) PutFront(encoder, plan.Tracks[t]);
+        return encoder;
+      },
+      [&](std::size_t t, const TrackEncoder<ByteStore>& encoder) {
+        // Both passes meet the same events, so that the room is met to the byte.
+        if (encoder.Out().End() != places[t] + sizes[t]) throw EMidiError(encoding.Failure);
+      });
 }
 
 }  // namespace Sonarello

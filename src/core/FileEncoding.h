@@ -25,14 +25,10 @@ class FileEncoding {
   FileEncoding(Song& s, const Options& o, std::span<const TMidiRouting> table, IMessages& m,
                const SongHooks& h, const std::string& fileName, int format);
 
-  [[nodiscard]] TWriterBranch Branch() const noexcept { return plan.Branch; }
   /// The file. Raises EMidiError or std::bad_alloc.
   [[nodiscard]] std::vector<std::uint8_t> Run();
 
  private:
-  template <class Sink>
-  using TEncoders = std::vector<TrackEncoder<Sink>>;
-
   void Prepare();
   void CountSources();
   void CountFronts();
@@ -40,13 +36,12 @@ class FileEncoding {
   void StoreHeader(std::uint8_t* first) const;
   void StoreTracks(std::vector<std::uint8_t>& file);
 
-  /// Hands every source event to the encoder of its output track.
-  template <class Sink>
-  void WalkSources(TEncoders<Sink>& encoders);
-  template <class Sink>
-  void WalkMixed(TrackEncoder<Sink>& target);
-  template <class Sink>
-  void WalkOwnTracks(TEncoders<Sink>& encoders);
+  /// Encodes each written track: `begin` makes the encoder of an output track, which then meets its
+  /// source events and the End of track; `end` is told the encoder.
+  template <class Begin, class End>
+  void EncodeTracks(Begin&& begin, End&& end);
+  template <class Begin, class End>
+  void EncodeSplit(Begin&& begin, End&& end);
   template <class Sink>
   void PutFront(TrackEncoder<Sink>& encoder, const TOutputTrack& track);
 

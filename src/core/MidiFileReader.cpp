@@ -103,7 +103,8 @@ void TMidiFunctions::DecodeMidiData() {
     failure = ReaderOutOfMemory;
   }
   if (!failure.empty()) {
-    song.NumberOfSourceTracks = static_cast<std::int32_t>(song.MidiTrack.size());  // as many as there are
+    // The header may have promised more tracks than were made.
+    song.NumberOfSourceTracks = static_cast<std::int32_t>(song.MidiTrack.size());
     messages.Show(failure);
     throw EMidiError(failure);
   }

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/EventList.h"
 #include "core/Options.h"
 #include "core/Ports.h"
 #include "core/Song.h"
@@ -13,6 +14,13 @@
 namespace Sonarello {
 
 class SmfCursor;
+
+/// The note-offs that pairing found without a note-on. They are told to the change log as well.
+struct TStrayNoteOffs {
+  Song& Owner;
+  std::int32_t Track = 0;  ///< index of the track that is paired
+  std::vector<TRemoval> Found;
+};
 
 /// Works on a song that it is handed. Its operations stand in the files named after their topics:
 /// reader, time map, note integrity, sysex analysis, device sysex, first values.
@@ -75,11 +83,9 @@ class TMidiFunctions {
   /// and `FoundOverlappedNotes`. What is repaired stays paired as SetNoteOnOffPointers pairs.
   void RemoveNoteOverlaps();
   /// Pairs the notes of a list, first in first out; what an earlier pairing left is forgotten.
-  /// Note-offs without note-on are neutralised, and told to the change log of `Owner` as events of
-  /// `Track`. False if more than 32 notes of one key are open at once; the list is then paired up to
-  /// that note-on.
-  static bool SetNoteOnOffPointers(PtrMidiEvent FirstEvent, Song* Owner = nullptr,
-                                   std::int32_t Track = 0);
+  /// Note-offs without note-on are neutralised and, if asked for, gathered in `Strays`. False if more
+  /// than 32 notes of one key are open at once; the list is then paired up to that note-on.
+  static bool SetNoteOnOffPointers(PtrMidiEvent FirstEvent, TStrayNoteOffs* Strays = nullptr);
   std::int32_t FoundDoubleNotes = 0;
   std::int32_t FoundOverlappedNotes = 0;
 

@@ -180,10 +180,12 @@ void Unpair(TypMidiEvent& event) {
   if (event.NoteOffEvent != nullptr) event.NoteOffEvent = nullptr;
 }
 
-void NeutraliseNoteOff(PtrMidiEvent off, Song* owner, std::int32_t track) {
-  if (owner != nullptr)
-    LogChange(*owner, ChangeKind::Dropped, track, *off, "Note-Off ohne Note-On",
+void NeutraliseNoteOff(PtrMidiEvent off, TStrayNoteOffs* strays) {
+  if (strays != nullptr) {
+    LogChange(strays->Owner, ChangeKind::Dropped, strays->Track, *off, "Note-Off ohne Note-On",
               "note-off without note-on");
+    strays->Found.push_back({&strays->Owner.MidiTrack[static_cast<std::size_t>(strays->Track)], off});
+  }
   const std::uint8_t type = off->DType;
   Neutralise(off);
   off->DType = type;  // stays as it was; this is deliberate
@@ -219,7 +221,7 @@ void TMidiFunctions::CheckForZeroLength() {
       NoteLengthener(song, t, options.MinNoteLength).Run();
 }
 
-bool TMidiFunctions::SetNoteOnOffPointers(PtrMidiEvent FirstEvent, Song* Owner, std::int32_t Track) {
+bool TMidiFunctions::SetNoteOnOffPointers(PtrMidiEvent FirstEvent, TStrayNoteOffs* Strays) {
   TOpenQueues open;
   PtrMidiEvent e = FirstEvent;
   bool paired = true;
@@ -231,7 +233,7 @@ bool TMidiFunctions::SetNoteOnOffPointers(PtrMidiEvent FirstEvent, Song* Owner, 
       paired = queue.Count < MostOpenNotes;
       if (paired) queue.Append(e);
     } else if (queue.Count == 0) {
-      NeutraliseNoteOff(e, Owner, Track);
+      NeutraliseNoteOff(e, Strays);
     } else {
       e->NoteOnEvent = queue.Take();
       e->NoteOnEvent->NoteOffEvent = e;

@@ -77,8 +77,8 @@ bool OpenPipeline::Create() {
   song.MidiFileName.clear();
   try {
     Run(hooks.CreateMidiData);
-  } catch (const EMidiError& error) {
-    messages.Show(error.what());
+  } catch (const EMidiError&) {
+    // The hook has shown the text.
     return false;
   }
   return song.NumberOfSourceTracks > 0;
@@ -130,25 +130,12 @@ void OpenPipeline::CheckNotes() {
   if (hooks.NoteCheckResult) hooks.NoteCheckResult(verdict, clean);
 }
 
-namespace {
-
-/// Frees the note-offs that pairing found without a note-on. They keep the `DType` of a short event.
-void DropNeutralisedNoteOffs(Song& song, TMyTrack& track) {
-  for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr;) {
-    PtrMidiEvent next = e->NextEvent;
-    if (e->Command == MetaEvent && e->DType == ShortEvent) Remove(song, track, e);
-    e = next;
-  }
-}
-
-}  // namespace
-
 void OpenPipeline::PairNotes() {
+  TStrayNoteOffs strays{song, 0, {}};
   for (std::int32_t t = 0; t < song.NumberOfSourceTracks; ++t) {
-    TMyTrack& track = song.MidiTrack[static_cast<std::size_t>(t)];
-    const bool paired = TMidiFunctions::SetNoteOnOffPointers(track.TrkFirstEvent, &song, t);
-    DropNeutralisedNoteOffs(song, track);
-    if (paired) continue;
+    strays.Track = t;
+    const TMyTrack& track = song.MidiTrack[static_cast<std::size_t>(t)];
+    if (track.TrkIgnore || TMidiFunctions::SetNoteOnOffPointers(track.TrkFirstEvent, &strays)) continue;
     const std::string number = std::to_string(t);
     messages.Show(song.MidiFileFormat == 0
                       ? Text("Fehler beim Berechnen der NoteOnOff-Pointer.",
@@ -156,6 +143,7 @@ void OpenPipeline::PairNotes() {
                       : Text("Fehler beim Berechnen der NoteOnOff-Pointer auf Spur " + number + ".",
                              "Error processing the NoteOnOff pointers on track " + number + "."));
   }
+  RemoveBatch(song, strays.Found);
   functions.CheckForZeroLength();
 }
 

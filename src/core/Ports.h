@@ -46,12 +46,12 @@ struct SongHooks {
   std::function<bool(Song&)> SearchRolandSCFXInsertSysex;  ///< true if the song uses Roland inserts
   std::function<void(Song&, bool)> RolandInsertsFound;     ///< switches the Roland insert editor
   Step RemoveCountIn;                                      ///< the song's count-in is taken out
-  Step CreateMidiData;                                     ///< a new song is built in the empty store
-  Step ResetPlayback;                                      ///< loop range, song position display
-  Step AdaptRolandDefaultMap;                              ///< controllers follow the chosen GS map
-  Step ReadFirstValues;  ///< the desk takes the channels' first values
-  Step ShowStrips;       ///< channel strips and sound names
-  Step ReadDrums;        ///< drum channel decision, per-note drum parameters
+  Step CreateMidiData;  ///< a new song is built in the empty store; a failure is shown and raised
+  Step ResetPlayback;   ///< loop range, song position display
+  Step AdaptRolandDefaultMap;  ///< controllers follow the chosen GS map
+  Step ReadFirstValues;        ///< the desk takes the channels' first values
+  Step ShowStrips;             ///< channel strips and sound names
+  Step ReadDrums;              ///< drum channel decision, per-note drum parameters
   Step ShowControllers;
   Step ReadLyrics;
   Step SelectChannel;  ///< the strip of `ActiveMidiIndex` is selected
@@ -66,7 +66,7 @@ struct SongHooks {
   Step RememberFile;  ///< recent files
   /// Name of a channel's sound (0-15) in its instrument's terms.
   std::function<std::string(const Song&, int)> PatchName;
-  /// True if a key (0-127) of a channel may be moved by a drum transpose (the instrument's drum mask).
+  /// True if a drum transpose may move a channel's note to a key (0-127, the instrument's drum mask).
   std::function<bool(const Song&, int, int)> DrumKeyMayMove;
 };
 

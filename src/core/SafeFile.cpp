@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <random>
 #include <string_view>
 #include <utility>
@@ -85,10 +86,6 @@ std::string RandomName() {
   return digits;
 }
 
-}  // namespace
-
-namespace {
-
 /// One save of one file.
 class Saver {
  public:
@@ -102,7 +99,7 @@ class Saver {
     const bool protection = exists && IsProtected(found);
     if (protection && calls.SetMode(target, (found.st_mode & 07777) | S_IWUSR) != 0)
       return {TSaveStep::ReadOnly, 0, {}};
-    TSaveResult result = MakeCopy(exists ? found.st_mode & 0777 : NewFileMode());
+    TSaveResult result = MakeCopy(exists ? std::optional(found.st_mode & 0777) : std::nullopt);
     if (result.Step == TSaveStep::Done) result = exists ? Overwrite() : GiveName();
     // A save that changed nothing leaves the protection as it was, too.
     if (protection && result.Step != TSaveStep::Done && result.Copy.empty())
@@ -115,12 +112,6 @@ class Saver {
     constexpr mode_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
     return (found.st_mode & anyWrite) == 0 ||
            ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0;
-  }
-
-  static mode_t NewFileMode() {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
   }
 
   /// The failure of the last call, after `written` bytes were taken.
@@ -177,17 +168,22 @@ class Saver {
 
   void Discard(const std::string& path) { static_cast<void>(calls.Remove(path)); }
 
-  TSaveResult MakeCopy(mode_t mode) {
+  /// A copy of an existing file bears that file's permissions, and none for others while it grows; one
+  /// that will be a new file gets the usual ones from the system.
+  TSaveResult MakeCopy(std::optional<mode_t> mode) {
+    constexpr mode_t everybody = 0666;
+    constexpr mode_t ownerOnly = 0600;
     for (int attempt = 0; attempt < NameAttempts; ++attempt) {
       const std::string base = FolderOf(target) + "/" + CopyPrefix(target) + RandomName();
       const std::string growing = base + std::string(GrowingSuffix);
-      OpenFile file(calls, growing, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+      OpenFile file(calls, growing, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW,
+                    mode ? ownerOnly : everybody);
       if (!file && errno == EEXIST) continue;
       if (!file) return {OutOfSpace(errno) ? TSaveStep::Incomplete : TSaveStep::Opening, 0, {}};
       TSaveResult result = WriteFlushCompare(file);
       copy = base + std::string(CompleteSuffix);
       if (result.Step == TSaveStep::Done &&
-          (calls.SetMode(growing, mode) != 0 || calls.Rename(growing, copy) != 0))
+          ((mode && calls.SetMode(growing, *mode) != 0) || calls.Rename(growing, copy) != 0))
         result.Step = TSaveStep::Writing;
       if (result.Step != TSaveStep::Done) Discard(growing);
       if (result.Step == TSaveStep::Done) SyncFolder();

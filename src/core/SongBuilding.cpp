@@ -234,9 +234,9 @@ void SongBuilder::AddSysex(const SmfEvent& event) {
 
 /// Tells whether a meta is left out, and logs it. What stands behind the song's end and does not extend
 /// it would stand behind its End of track.
-bool SongBuilder::IsDropped(const SmfEvent& event) const {
+bool SongBuilder::IsDropped(const SmfEvent& event) {
   auto drop = [&](const char* german, const char* english) {
-    const_cast<SongBuilder*>(this)->LogDropped(event, german, english);
+    LogDropped(event, german, english);
     return true;
   };
   const std::size_t length = event.Payload.size();
@@ -249,8 +249,11 @@ bool SongBuilder::IsDropped(const SmfEvent& event) const {
   if (length == 0 && !(event.Type == MetaText && song.WordBoxFormat))
     return drop("ohne Inhalt", "has no content");
   switch (event.Type) {
-    case MetaChannelPrefix:
     case MetaPort:
+      // What equals the track head that every track gets is no loss worth telling.
+      if (event.Position == 0 && length == 1 && event.Payload[0] == 0) return true;
+      [[fallthrough]];
+    case MetaChannelPrefix:
       return drop("Port und Kanal-Präfix werden neu gesetzt", "ports and prefixes are set anew");
     case MetaTimeSignature: return hasLength(4);
     case MetaKeySignature: return hasLength(2);
@@ -299,7 +302,8 @@ void SongBuilder::AddText(const SmfEvent& event) {
   line.push_back('\r');
   PtrMidiEvent e = AddLong(index, event, line);
   e->MType = MetaLyric;
-  LogChange(song, ChangeKind::Rewritten, index, *e, "Liedtext im Textformat", "lyrics told as text");
+  if (event.Type == MetaText)
+    LogChange(song, ChangeKind::Rewritten, index, *e, "Liedtext im Textformat", "lyrics told as text");
 }
 
 void SongBuilder::AddTrackName(const SmfEvent& event) {

@@ -48,7 +48,7 @@ class SongBuilder {
 
   void AddSysex(const SmfEvent& event);
   void AddMeta(const SmfEvent& event);
-  [[nodiscard]] bool IsDropped(const SmfEvent& event) const;
+  [[nodiscard]] bool IsDropped(const SmfEvent& event);
   [[nodiscard]] std::int32_t TrackOfMeta(std::uint8_t type) const;
   void AddText(const SmfEvent& event);
   void AddTrackName(const SmfEvent& event);

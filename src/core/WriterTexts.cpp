@@ -9,7 +9,6 @@ namespace {
 // The English texts say "midifile" for format 1 and "midi file" for format 0, and "Bytes" in one
 // branch only; "konnnte" has three n. All of that is deliberate.
 
-std::string Quoted(const std::string& name) { return "\"" + name + "\""; }
 bool Mixed(TWriterBranch branch) { return branch == TWriterBranch::Mixed; }
 
 }  // namespace
@@ -26,37 +25,37 @@ std::string IncompleteText(TWriterBranch branch, const std::string& name, std::s
   const std::string done = std::to_string(written);
   const std::string all = std::to_string(total);
   if (GermanLanguage)
-    return "Beim Speichern der Datei " + Quoted(name) + " sind nur " + done + " aus " + all +
+    return "Beim Speichern der Datei \"" + name + "\" sind nur " + done + " aus " + all +
            " Bytes gespeichert";
-  return (Mixed(branch) ? "Error saving the midi file " : "Error saving the midifile ") + Quoted(name) +
-         "\r" + "There were only " + done + " from " + all +
+  return (Mixed(branch) ? "Error saving the midi file \"" : "Error saving the midifile \"") + name +
+         "\"\rThere were only " + done + " from " + all +
          (branch == TWriterBranch::Split ? " Bytes saved" : " bytes saved");
 }
 
 std::string WritingText(TWriterBranch branch, const std::string& name) {
-  return Text("Fehler beim Schreiben der Datei ",
-              Mixed(branch) ? "Error writing the midi file " : "Error writing the midifile ") +
-         Quoted(name);
+  return Text("Fehler beim Schreiben der Datei \"",
+              Mixed(branch) ? "Error writing the midi file \"" : "Error writing the midifile \"") +
+         name + "\"";
 }
 
 std::string OpeningText(TWriterBranch branch, const std::string& name) {
   if (GermanLanguage)
-    return "Fehler: Schreibvorgang der Datei " + Quoted(name) + " konnnte nicht eingeleitet werden!";
-  return (Mixed(branch) ? "Error rewriting the midi file " : "Error saving the midifile ") +
-         Quoted(name) + "!";
+    return "Fehler: Schreibvorgang der Datei \"" + name + "\" konnnte nicht eingeleitet werden!";
+  return (Mixed(branch) ? "Error rewriting the midi file \"" : "Error saving the midifile \"") + name +
+         "\"!";
 }
 
 std::string ReadOnlyText(TWriterBranch branch, const std::string& name) {
   if (GermanLanguage)
-    return "Fehler: Schreibschutz der Datei " + Quoted(name) + " konnnte nicht entfernt werden!";
-  return (Mixed(branch) ? "Error removing read only flag for the midi file "
-                        : "Error removing read only flag for midifile ") +
-         Quoted(name) + "!";
+    return "Fehler: Schreibschutz der Datei \"" + name + "\" konnnte nicht entfernt werden!";
+  return (Mixed(branch) ? "Error removing read only flag for the midi file \""
+                        : "Error removing read only flag for midifile \"") +
+         name + "\"!";
 }
 
 std::string CopyText(const std::string& copy) {
   return Text("Der vollständige Song steht in der Datei ", "The complete song stands in the file ") +
-         Quoted(copy);
+         "\"" + copy + "\"";
 }
 
 }  // namespace Sonarello

@@ -123,6 +123,7 @@ TEST(Markers, EndWhereTheTextMakesNoSense) {
         "SRL_ch.-3 Genos", "SRL_ch.3x Genos", "SRL_ch.x Genos", "SRL_ch.99999999999999999999 Genos"}) {
     MarkedSong w(text);
     EXPECT_TRUE(w.Removed()) << text;
+    EXPECT_EQ(ParseMarker(text).value().Channel, 0) << text;
     for (const std::uint8_t route : w.song.MidiOutIndex) EXPECT_EQ(route, 99) << text;
   }
 }

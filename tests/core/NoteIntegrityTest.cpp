@@ -338,7 +338,8 @@ TEST(NotePairs, NeutraliseANoteOffWithoutNoteOn) {
   ChangeLog log;
   s.NewTrack().Off(5, 60).On(10, 60).Finish();
   s.song.Changes = &log;
-  EXPECT_TRUE(TMidiFunctions::SetNoteOnOffPointers(s.Track(0).TrkFirstEvent, &s.song, 0));
+  TStrayNoteOffs strays{s.song, 0, {}};
+  EXPECT_TRUE(TMidiFunctions::SetNoteOnOffPointers(s.Track(0).TrkFirstEvent, &strays));
   s.song.Changes = nullptr;
   const TypMidiEvent& off = *s.Event(0, 1);
   EXPECT_EQ(off.Command, MetaEvent);
@@ -359,7 +360,8 @@ TEST(NotePairs, TellTheChangeLogInGermanToo) {
   ChangeLog log;
   s.NewTrack().Off(5, 60).On(9, 60).Off(10, 60).Finish();
   s.song.Changes = &log;
-  TMidiFunctions::SetNoteOnOffPointers(s.Track(0).TrkFirstEvent, &s.song, 0);
+  TStrayNoteOffs strays{s.song, 0, {}};
+  TMidiFunctions::SetNoteOnOffPointers(s.Track(0).TrkFirstEvent, &strays);
   Lengthen(s, 10);
   s.song.Changes = nullptr;
   ASSERT_EQ(log.Changes().size(), 2U);

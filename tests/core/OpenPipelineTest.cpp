@@ -238,9 +238,12 @@ TEST_F(OpenPipelineTest, BuildsANewSongThroughItsHook) {
   };
   EXPECT_TRUE(pipeline.OpenMidiFile("", true));
   EXPECT_TRUE(song.MidiFileLoaded);
-  bench.hooks.CreateMidiData = [](Song&) { throw EMidiError("Error allocating memory!"); };
+  bench.hooks.CreateMidiData = [&](Song&) {
+    bench.messages.Show("no memory");
+    throw EMidiError("no memory");
+  };
   EXPECT_FALSE(pipeline.OpenMidiFile("", true));
-  EXPECT_EQ(bench.messages.Shown.back(), "Error allocating memory!");
+  EXPECT_EQ(bench.messages.Shown, std::vector<std::string>{"no memory"});
   EXPECT_FALSE(song.MidiFileLoaded);
 }
 

@@ -405,7 +405,12 @@ TEST(Reader, PassesOverTheRemoteSequenceOnChannel16) {
   WithRemote(w, 16, 99, 19, 39);
   EXPECT_EQ(w.song.FirstControllers[15][0], nullptr);
   EXPECT_EQ(w.song.FirstControllers[15][32], nullptr);
-  // The sequence ends with its program: the next one counts.
+  EXPECT_EQ(w.song.FirstPatches[15], w.Event(1, 4));
+}
+
+TEST(Reader, EndsTheRemoteSequenceWithItsProgram) {
+  ReaderBench w;
+  WithRemote(w, 16, 0, 1, 2);
   EXPECT_EQ(w.song.FirstPatches[15], w.Event(1, 4));
 }
 

@@ -40,8 +40,8 @@ class FaultyCalls : public FileCalls {
   /// Told the number of a call (from 0) and its name; true lets it fail with `Error`.
   std::function<bool(int, const std::string&)> Fails = [](int, const std::string&) { return false; };
   int Error = EIO;
-  std::size_t Room = SIZE_MAX;  ///< bytes that can still be written
-  std::size_t Piece = SIZE_MAX; ///< greatest number of bytes that one call takes
+  std::size_t Room = SIZE_MAX;   ///< bytes that can still be written
+  std::size_t Piece = SIZE_MAX;  ///< greatest number of bytes that one call takes
   std::vector<std::string> Made;
 
   int Open(const std::string& path, int flags, mode_t mode) override {
@@ -83,9 +83,7 @@ class FaultyCalls : public FileCalls {
   int Rename(const std::string& from, const std::string& to) override {
     return Stop("rename") ? -1 : FileCalls::Rename(from, to);
   }
-  int Remove(const std::string& path) override {
-    return Stop("remove") ? -1 : FileCalls::Remove(path);
-  }
+  int Remove(const std::string& path) override { return Stop("remove") ? -1 : FileCalls::Remove(path); }
 
  private:
   bool Stop(const std::string& name) {
@@ -112,7 +110,8 @@ class SafeFile : public testing::Test {
 
   void Put(const Content& content) {
     std::ofstream file(target, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
+    file.write(reinterpret_cast<const char*>(content.data()),
+               static_cast<std::streamsize>(content.size()));
   }
   TSaveResult Save(const Content& content = New) { return SaveFile(target.string(), content, calls); }
   /// Names of everything in the folder but the target.
@@ -303,7 +302,8 @@ TEST_F(SafeFile, DoesWithoutRoomInAdvanceWhereThatIsUnknown) {
 }
 
 TEST_F(SafeFile, LeavesTheCopyWhenWritingOverTheFileFails) {
-  for (const char* call : {"write target", "truncate target", "sync target", "read target", "close target"}) {
+  for (const char* call :
+       {"write target", "truncate target", "sync target", "read target", "close target"}) {
     SCOPED_TRACE(call);
     Put(Old);
     LetFail(call);
@@ -339,13 +339,13 @@ TEST_F(SafeFile, NoticesACopyThatReadsBackOtherwise) {
 TEST_F(SafeFile, FlushesAndComparesTheCopyBeforeTheFirstByteOfTheFile) {
   Put(Old);
   EXPECT_EQ(Save().Step, TSaveStep::Done);
-  EXPECT_THAT(calls.Made,
-              ElementsAre("open copy", "write copy", "truncate copy", "sync copy", "rewind copy",
-                          "read copy", "read copy", "close copy", "mode", "rename", "open folder",
-                          "sync folder", "close folder", "open target", "reserve target",
-                          "write target", "truncate target", "sync target", "rewind target",
-                          "read target", "read target", "close target", "remove", "open folder",
-                          "sync folder", "close folder"));
+  EXPECT_THAT(
+      calls.Made,
+      ElementsAre("open copy", "write copy", "truncate copy", "sync copy", "rewind copy", "read copy",
+                  "read copy", "close copy", "mode", "rename", "open folder", "sync folder",
+                  "close folder", "open target", "reserve target", "write target", "truncate target",
+                  "sync target", "rewind target", "read target", "read target", "close target",
+                  "remove", "open folder", "sync folder", "close folder"));
 }
 
 TEST_F(SafeFile, NeverClobbersAFileThatAppearsMeanwhile) {
@@ -426,11 +426,12 @@ TEST_F(SafeFile, TellsCopiesFromOtherFiles) {
   const std::string random = "0123456789abcdef";
   const auto make = [&](const std::string& name, const Content& content) {
     std::ofstream(folder / name, std::ios::binary)
-        .write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
+        .write(reinterpret_cast<const char*>(content.data()),
+               static_cast<std::streamsize>(content.size()));
   };
   make(".song.mid." + random + ".copy", New);
-  make(".song.mid.fedcba9876543210.copy", Old);   // of what the file holds
-  make(".song.mid." + random + ".part", New);     // never completed
+  make(".song.mid.fedcba9876543210.copy", Old);  // of what the file holds
+  make(".song.mid." + random + ".part", New);    // never completed
   make(".song.mid.0123456789abcdeg.copy", New);
   make(".song.mid.0123.copy", New);
   make(".other.mid." + random + ".copy", New);

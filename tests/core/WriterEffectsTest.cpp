@@ -78,7 +78,8 @@ TEST_F(WriterEffects, FollowTheYamahaOptions) {
   bench.options.YamahaXGSxPosition = 10;
   bench.options.YamahaDSPsFromPosition = 100;
   bench.options.YamahaDSPsSysexDelta = 5;
-  EXPECT_THAT(Sysexs(bench.Write(1)), ElementsAre("10" + XGOn, "100 f0 43104c01f7", "105 f0 43104c03f7"));
+  EXPECT_THAT(Sysexs(bench.Write(1)),
+              ElementsAre("10" + XGOn, "100 f0 43104c01f7", "105 f0 43104c03f7"));
   bench.options.YamahaDSPsFromPosition = 3;
   EXPECT_THAT(Sysexs(bench.Write(1)), ElementsAre("10" + XGOn, "15 f0 43104c01f7", "20 f0 43104c03f7"));
 }
@@ -113,7 +114,8 @@ TEST_F(WriterEffects, GoOntoTrackTenOfASplitSong) {
   Fill(XG);
   const WrittenFile file = bench.Write(1);
   ASSERT_EQ(file.Tracks.size(), 3U);
-  EXPECT_THAT(file.Tracks[2], ElementsAre(HeadLine, "2" + XGOn, "4 f0 43104c01f7", "6 f0 43104c03f7", "999 end"));
+  EXPECT_THAT(file.Tracks[2],
+              ElementsAre(HeadLine, "2" + XGOn, "4 f0 43104c01f7", "6 f0 43104c03f7", "999 end"));
 }
 
 TEST_F(WriterEffects, AreMixedIntoAFormatZeroFile) {
@@ -135,7 +137,8 @@ TEST_F(WriterEffects, NeverStandBehindTheSongsEnd) {
   Load(Genos);
   Fill(XG);
   bench.options.YamahaDSPsFromPosition = 5000;
-  EXPECT_THAT(Sysexs(bench.Write(1)), ElementsAre("2" + XGOn, "999 f0 43104c01f7", "999 f0 43104c03f7"));
+  EXPECT_THAT(Sysexs(bench.Write(1)),
+              ElementsAre("2" + XGOn, "999 f0 43104c01f7", "999 f0 43104c03f7"));
   EXPECT_TRUE(bench.messages.Shown.empty());
 }
 
@@ -160,13 +163,13 @@ TEST_F(WriterEffects, TellOfAnEventBehindItsSuccessorAndGoOn) {
 
 TEST_F(WriterEffects, BearTheMarkOfBranchAndFamily) {
   const std::tuple<int, const char*, const char*, const char*> rows[] = {
-      {9, "F01-TY1", "F1-TY1", "F0-Ty1"},      {26, "F01-MES", "F1-MES", "F0-MES"},
-      {31, "F01-TY2", "F1-TY2", "F0-Ty2"},     {41, "F01-S900", "F1-S900", "F0-S900"},
-      {51, "F01-MXS", "F1-MXS", "F0-MXS"},     {54, "F01-TY3", "F1-TY3", "F0-Ty3"},
-      {59, "F01-S910", "F1-S910", "F0-S910"},  {62, "F01-TY4", "F1-TY4", "F0-Ty4"},
-      {69, "F01-MXF", "F1-MXF", "F0-MXF"},     {70, "F01-S950", "F1-S950", "F0-S950"},
-      {74, "F01-TY5", "F1-TY5", "F0-Ty5"},     {80, "F01-S970", "F1-S970", "F0-S970"},
-      {87, "F01-Gen", "F1-Gen", "F0-Gen"},     {97, "F01-SX900", "F1-SX900", "F0-SX900"}};
+      {9, "F01-TY1", "F1-TY1", "F0-Ty1"},     {26, "F01-MES", "F1-MES", "F0-MES"},
+      {31, "F01-TY2", "F1-TY2", "F0-Ty2"},    {41, "F01-S900", "F1-S900", "F0-S900"},
+      {51, "F01-MXS", "F1-MXS", "F0-MXS"},    {54, "F01-TY3", "F1-TY3", "F0-Ty3"},
+      {59, "F01-S910", "F1-S910", "F0-S910"}, {62, "F01-TY4", "F1-TY4", "F0-Ty4"},
+      {69, "F01-MXF", "F1-MXF", "F0-MXF"},    {70, "F01-S950", "F1-S950", "F0-S950"},
+      {74, "F01-TY5", "F1-TY5", "F0-Ty5"},    {80, "F01-S970", "F1-S970", "F0-S970"},
+      {87, "F01-Gen", "F1-Gen", "F0-Gen"},    {97, "F01-SX900", "F1-SX900", "F0-SX900"}};
   for (const auto& [value, split, tracks, mixed] : rows) {
     EXPECT_EQ(EffectStageMark(TWriterBranch::Split, value), split);
     EXPECT_EQ(EffectStageMark(TWriterBranch::Tracks, value), tracks);

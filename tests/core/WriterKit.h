@@ -111,7 +111,8 @@ struct WrittenFile {
     if (status != 0xFF) return "system";
     const std::uint8_t type = Byte();
     if (type == 0x2F && data.at(at) == 0) return ++at, "end";
-    static const char* const names[] = {"", "text ", "", "name ", "instrument ", "lyric ", "marker ", "cue "};
+    static const char* const names[] = {"",       "text ",   "",    "name ", "instrument ",
+                                        "lyric ", "marker ", "cue "};
     if (type < 8 && names[type][0] != '\0') {
       const std::size_t length = Quantity();
       std::string text = names[type];
@@ -161,7 +162,9 @@ struct WriterBench : Workbench {
     last = Encode(format, name);
     return WrittenFile(last);
   }
-  TMidiChannelData& Channel(int number) { return song.MidiData.at(static_cast<std::size_t>(number - 1)); }
+  TMidiChannelData& Channel(int number) {
+    return song.MidiData.at(static_cast<std::size_t>(number - 1));
+  }
   /// A second route, used by a channel (from 1).
   void RouteAway(int channel, int instrumValue = 87) {
     options.MultiMidi = true;

@@ -13,12 +13,24 @@ using testing::ElementsAre;
 
 Smf ThreeChannels(int format) {
   Smf smf(format, 480);
-  if (format == 0)
-    return smf.Track().At(0).On(1, 60).On(2, 61).On(10, 36).End();
-  return smf.Track().At(0).Tempo(500000).End()
-      .Track().At(0).Text(3, "One").On(1, 60).End()
-      .Track().At(0).On(2, 61).End()
-      .Track().At(0).On(10, 36).End();
+  if (format == 0) return smf.Track().At(0).On(1, 60).On(2, 61).On(10, 36).End();
+  return smf.Track()
+      .At(0)
+      .Tempo(500000)
+      .End()
+      .Track()
+      .At(0)
+      .Text(3, "One")
+      .On(1, 60)
+      .End()
+      .Track()
+      .At(0)
+      .On(2, 61)
+      .End()
+      .Track()
+      .At(0)
+      .On(10, 36)
+      .End();
 }
 
 /// A song of format 0 and one of format 1: their channel tracks 1, 2 and 10 are the file's 1, 2, 3.
@@ -54,7 +66,8 @@ TEST_P(WriterRoutes, MarksEveryChannelTrackOnceOneIsRoutedAway) {
   const WrittenFile file = bench.Write(1);
   ASSERT_EQ(file.Tracks.size(), 4U);
   EXPECT_EQ(file.Tracks[1][1], "0 instrument SRL_ch.1 GM Soundset///Out 0");
-  EXPECT_THAT(file.Tracks[2], ElementsAre(HeadLine, "0 instrument SRL_ch.2 Route 1///Out 1", "0 913d64", "999 end"));
+  EXPECT_THAT(file.Tracks[2],
+              ElementsAre(HeadLine, "0 instrument SRL_ch.2 Route 1///Out 1", "0 913d64", "999 end"));
   EXPECT_EQ(file.Tracks[3][1], "0 instrument SRL_ch.10 GM Soundset///Out 0_Drums");
 }
 
@@ -102,7 +115,8 @@ TEST_P(WriterRoutes, WritesNoResetsWithoutAutoSysex) {
 TEST_P(WriterRoutes, WritesNoResetForAnInstrumentThatWantsNone) {
   bench.options.AutoSysex = true;
   bench.RouteAway(2, 13);
-  EXPECT_THAT(bench.Write(1).Tracks[2], ElementsAre(HeadLine, "0 instrument SRL_ch.2 Route 1///Out 1", "0 913d64", "999 end"));
+  EXPECT_THAT(bench.Write(1).Tracks[2],
+              ElementsAre(HeadLine, "0 instrument SRL_ch.2 Route 1///Out 1", "0 913d64", "999 end"));
 }
 
 TEST_P(WriterRoutes, RecoversRoutesAndDrumsFromASavedFile) {
@@ -138,8 +152,9 @@ TEST(WriterRoutesTracks, MarksChannelsOfATrackWithSeveralChannelsThere) {
   bench.Load(Smf(1, 480).Track().End().Track().At(0).On(3, 60).On(4, 60).End());
   bench.RouteAway(4);
   const WrittenFile file = bench.Write(1);
-  EXPECT_THAT(file.Tracks[1], ElementsAre(HeadLine, "0 instrument SRL_ch.3 GM Soundset///",
-                                          "0 instrument SRL_ch.4 Route 1///Out 1", "0 923c64", "0 933c64", "999 end"));
+  EXPECT_THAT(file.Tracks[1],
+              ElementsAre(HeadLine, "0 instrument SRL_ch.3 GM Soundset///",
+                          "0 instrument SRL_ch.4 Route 1///Out 1", "0 923c64", "0 933c64", "999 end"));
 }
 
 TEST(WriterRoutesSplit, PutsSysexsOnTheFirstActiveChannelOfTheFirstRoute) {
@@ -148,7 +163,8 @@ TEST(WriterRoutesSplit, PutsSysexsOnTheFirstActiveChannelOfTheFirstRoute) {
   bench.RouteAway(2);
   EXPECT_EQ(bench.Write(1).Tracks[2][2], "0 f0 01f7");
   bench.song.MidiOutIndex.fill(1);
-  EXPECT_EQ(bench.Write(1).Tracks[1][2], "0 f0 01f7") << "track 1 when no channel plays through route 0";
+  EXPECT_EQ(bench.Write(1).Tracks[1][2], "0 f0 01f7")
+      << "track 1 when no channel plays through route 0";
 }
 
 std::string Hex(std::span<const std::uint8_t> bytes) {
@@ -162,13 +178,24 @@ std::string Hex(std::span<const std::uint8_t> bytes) {
 }
 
 TEST(WriterResets, TellTheFamilies) {
-  const std::pair<int, const char*> rows[] = {
-      {1, "4110421240007f0041f7"},  {22, "4110421240007f0041f7"}, {71, "4110421240007f0041f7"},
-      {5, "43104c00007e00f7"},      {97, "43104c00007e00f7"},     {10, "267b0e0001f7"},
-      {104, "267b0e0001f7"},        {16, "7e7f0903f7"},           {82, "7e7f0903f7"},
-      {67, "4100421240007f0041f7"}, {13, ""},                     {28, ""},
-      {35, ""},                     {45, ""},                     {0, "7e7f0901f7"},
-      {26, "7e7f0901f7"},           {100, "7e7f0901f7"},          {105, "7e7f0901f7"}};
+  const std::pair<int, const char*> rows[] = {{1, "4110421240007f0041f7"},
+                                              {22, "4110421240007f0041f7"},
+                                              {71, "4110421240007f0041f7"},
+                                              {5, "43104c00007e00f7"},
+                                              {97, "43104c00007e00f7"},
+                                              {10, "267b0e0001f7"},
+                                              {104, "267b0e0001f7"},
+                                              {16, "7e7f0903f7"},
+                                              {82, "7e7f0903f7"},
+                                              {67, "4100421240007f0041f7"},
+                                              {13, ""},
+                                              {28, ""},
+                                              {35, ""},
+                                              {45, ""},
+                                              {0, "7e7f0901f7"},
+                                              {26, "7e7f0901f7"},
+                                              {100, "7e7f0901f7"},
+                                              {105, "7e7f0901f7"}};
   for (const auto& [value, reset] : rows) EXPECT_EQ(Hex(RouteResetOf(value)), reset) << value;
 }
 

@@ -100,7 +100,8 @@ TEST_F(WriterSave, WritesWhatEncodeReturns) {
 
 TEST_F(WriterSave, TellsThatTheFileCouldNotBeOpened) {
   calls.Which = "open";
-  const std::string german = "Fehler: Schreibvorgang der Datei " + Quoted() + " konnnte nicht eingeleitet werden!";
+  const std::string german =
+      "Fehler: Schreibvorgang der Datei " + Quoted() + " konnnte nicht eingeleitet werden!";
   EXPECT_EQ(Told(0, 1, false), "Error saving the midifile " + Quoted() + "!");
   EXPECT_EQ(Told(1, 1, false), "Error saving the midifile " + Quoted() + "!");
   EXPECT_EQ(Told(1, 0, false), "Error rewriting the midi file " + Quoted() + "!");
@@ -129,8 +130,8 @@ TEST_F(WriterSave, TellsHowManyBytesAFullDiskTook) {
                                    total(1, 1) + " bytes saved");
   EXPECT_EQ(Told(1, 0, false), "Error saving the midi file " + Quoted() + "\rThere were only 20 from " +
                                    total(1, 0) + " bytes saved");
-  EXPECT_EQ(Told(1, 1, true), "Beim Speichern der Datei " + Quoted() + " sind nur 20 aus " + total(1, 1) +
-                                  " Bytes gespeichert");
+  EXPECT_EQ(Told(1, 1, true), "Beim Speichern der Datei " + Quoted() + " sind nur 20 aus " +
+                                  total(1, 1) + " Bytes gespeichert");
   EXPECT_THAT(fs::exists(name), false);
 }
 
@@ -138,7 +139,8 @@ TEST_F(WriterSave, TellsThatTheWriteProtectionStays) {
   std::ofstream(name) << "old";
   ::chmod(name.c_str(), 0444);
   calls.Which = "mode";
-  const std::string german = "Fehler: Schreibschutz der Datei " + Quoted() + " konnnte nicht entfernt werden!";
+  const std::string german =
+      "Fehler: Schreibschutz der Datei " + Quoted() + " konnnte nicht entfernt werden!";
   EXPECT_EQ(Told(0, 1, false), "Error removing read only flag for midifile " + Quoted() + "!");
   EXPECT_EQ(Told(1, 1, false), "Error removing read only flag for midifile " + Quoted() + "!");
   EXPECT_EQ(Told(1, 0, false), "Error removing read only flag for the midi file " + Quoted() + "!");
