@@ -185,8 +185,8 @@ TEST(RemoveCountIn, FindsItsNotesOnSeveralTracks) {
   CountInSong s;
   Smf file;
   file.Track().At(0).Time(4, 2);
-  file.Track().Note(10, Click, 1920, 1980).Note(10, Click, 2880, 2940);
-  file.Track().Note(10, Click, 2400, 2460).Note(10, Click, 3360, 3400).Note(10, 36, 3840, 3900);
+  file.Track().Note(10, Click, 1920, 1980).Note(10, Click, 2400, 2460);
+  file.Track().Note(10, Click, 2880, 2940).Note(10, Click, 3360, 3400).Note(10, 36, 3840, 3900);
   s.Decode(file.Build());
   ASSERT_EQ(s.song.CountInIdx, 9);
   EXPECT_TRUE(s.Remove());
