@@ -240,6 +240,9 @@ struct TMidiRouting {
   std::int32_t VSTiUniqueID = 0;
 };
 
+/// Ticks between a song's last event and its end.
+inline constexpr std::int32_t SongTail = 10;
+
 /// Greatest tick that an event may have: the song's end and the sentinels behind it still fit 32 bits.
 inline constexpr std::int32_t LastPosition = std::numeric_limits<std::int32_t>::max() - 1000;
 

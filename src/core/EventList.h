@@ -89,10 +89,18 @@ inline void MarkRemoved(PtrMidiEvent node) noexcept { node->DLength = 0; }
 /// The stronger form: the event also becomes an empty text meta and lets its payload go.
 void Neutralise(PtrMidiEvent node) noexcept;
 
+/// The next event in a walk over a whole list. A song's nodes mostly lie side by side, so the memory of
+/// the nodes further on is asked for ahead: a long walk waits for little else.
+[[nodiscard]] inline PtrMidiEvent Following(const TypMidiEvent* e) noexcept {
+  constexpr std::uintptr_t ahead = 12 * sizeof(TypMidiEvent);
+  __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(e) + ahead));
+  return e->NextEvent;
+}
+
 /// Calls f(event) for each event of a track from its head; f may change the event, not the list.
 template <class F>
 void ForEachEvent(const TMyTrack& track, F&& f) {
-  for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr; e = e->NextEvent) f(e);
+  for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr; e = Following(e)) f(e);
 }
 
 /// The first track whose only channel is `channel` (0-15), or -1.

@@ -44,7 +44,7 @@ std::string FaultOf(int t, const TypMidiEvent& e) {
 std::string ListFault(const Song& song) {
   for (int t = 0; t < song.NumberOfSourceTracks; ++t) {
     const TMyTrack& track = song.MidiTrack[static_cast<std::size_t>(t)];
-    for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr; e = e->NextEvent) {
+    for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr; e = Following(e)) {
       const PtrMidiEvent next = e->NextEvent;
       const bool sound = next == nullptr || (next->PrevEvent == e && next->Position >= e->Position);
       if (sound && ((e->Value[0] | e->Value[1]) & 0x80) == 0) continue;

@@ -61,6 +61,8 @@ class TMidiFunctions {
   /// the main instrument's effect memory. Where a zone begins, a time may be 1 ms behind its
   /// predecessor's, as zones and events are rounded apart.
   void SetTimePositions();
+  /// Sets `SongLength` and `TimePositionOfFirstNote` alone, from the song's end, where all tracks end.
+  void SetSongLength();
   /// Rebuilds the tempo and signature tables from the metas of all tracks, in the order in which they
   /// are met.
   void ReloadTempoTimeSign();

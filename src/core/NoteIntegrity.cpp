@@ -25,7 +25,7 @@ using TNoteCounts = NoteTable<TNoteCount>;
 
 void CountNotes(const TMyTrack& track, TNoteCounts& counts) {
   counts.Clear();
-  for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr; e = e->NextEvent) {
+  for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr; e = Following(e)) {
     if (!IsLiveNote(*e)) continue;
     TNoteCount& count = counts[*e];
     const bool on = e->Kind() == NoteOn;
@@ -225,7 +225,7 @@ bool TMidiFunctions::SetNoteOnOffPointers(PtrMidiEvent FirstEvent, TStrayNoteOff
   TOpenQueues open;
   PtrMidiEvent e = FirstEvent;
   bool paired = true;
-  for (; e != nullptr && paired; e = e->NextEvent) {
+  for (; e != nullptr && paired; e = Following(e)) {
     Unpair(*e);
     if (!IsLiveNote(*e)) continue;
     TOpenQueue& queue = open[*e];

@@ -25,6 +25,7 @@ bool OpenPipeline::OpenMidiFile(const std::string& FileToOpen, bool CreateNew) {
     Run(hooks.ShowStrips);
     Run(hooks.ReadDrums);
     functions.SetTimePositions();
+    EndTimeZonesBehindSong(song);
     song.MidiFileLoaded = true;
     Run(hooks.ShowControllers);
     Run(hooks.ReadLyrics);
@@ -99,7 +100,8 @@ void OpenPipeline::BuildTimeMap() {
   functions.SetTimeZones();
   BackupTempi(song);
   song.CurrentTimeZone = 0;
-  functions.SetTimePositions();
+  // The events get their times once the channels are set up; until then the song's length will do.
+  functions.SetSongLength();
   EndTimeZonesBehindSong(song);
 }
 

@@ -17,6 +17,12 @@ TMyTrack& TrackAt(Song& song, std::int32_t index) {
   return song.MidiTrack[static_cast<std::size_t>(index)];
 }
 
+/// A tick of the setup, which in a short song of a fine time base would lie behind the last event. A
+/// song may not grow by being opened.
+std::int32_t InsideSong(const Song& song, std::int32_t tick) {
+  return std::min(tick, song.MaxSongPosition - SongTail);
+}
+
 }  // namespace
 
 void MovePrograms(Song& song) {
@@ -33,7 +39,7 @@ void MovePrograms(Song& song) {
       if (program && e != song.PromptaRemotePatch) {
         const std::int32_t from = e->Position;
         Unlink(track, e);
-        e->Position = window + e->Channel() * 4 + 2;
+        e->Position = InsideSong(song, window + e->Channel() * 4 + 2);
         moved.push_back(e);
         LogMove(song, t, *e, from, "Klänge werden hinter dem Setup gesetzt",
                 "sounds are set behind the setup");
@@ -50,8 +56,8 @@ void EnsureDrumProgram(Song& song, TProgramIndex& programs) {
   if (t < 0) t = TrackOfChannel(song, ChannelCount);
   if (t < 0) return;
   TMyTrack& track = TrackAt(song, t);
-  PtrMidiEvent e =
-      NewChannelEvent(song.Pool, ProgramChange | DrumChannel, 0, 0, song.SourceTimeBase * 338 / 384);
+  PtrMidiEvent e = NewChannelEvent(song.Pool, ProgramChange | DrumChannel, 0, 0,
+                                   InsideSong(song, song.SourceTimeBase * 338 / 384));
   InsertByPosition(track, e);
   song.FirstPatches[DrumChannel] = e;
   auto& index = programs[DrumChannel];

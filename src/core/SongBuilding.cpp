@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::uint8_t ReleaseVelocity = 17;  ///< of a note-off that the file wrote as a note-on
 constexpr std::int32_t SmallestSong = 999;    ///< ticks
-constexpr std::int32_t SongTail = 10;         ///< ticks behind the last event
 constexpr int UnmixedSysexTrack = 10;
 constexpr std::uint8_t ZeroByte = 0;
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/Data.h"
+#include "core/EventList.h"
 
 namespace Sonarello {
 
@@ -20,7 +21,7 @@ namespace Sonarello {
 /// Calls f(event) for each event of a track but its head.
 template <class F>
 void WalkTrack(const TMyTrack& track, F&& f) {
-  for (const TypMidiEvent* e = BehindHead(track); e != nullptr; e = e->NextEvent) f(*e);
+  for (const TypMidiEvent* e = BehindHead(track); e != nullptr; e = Following(e)) f(*e);
 }
 
 /// Walks several tracks at once: at each step the lowest position among them. At one tick a sysex goes

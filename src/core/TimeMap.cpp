@@ -265,7 +265,7 @@ void TMidiFunctions::SetTimePositions() {
   ZoneCursor cursor(song);
   std::int32_t greatest = 0;
   const auto setTimes = [&](const TMyTrack& track) {
-    for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr; e = e->NextEvent) {
+    for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr; e = Following(e)) {
       e->TimePosition = cursor.TimeOf(e->Position);
       greatest = std::max(greatest, e->TimePosition);
     }
@@ -280,6 +280,12 @@ void TMidiFunctions::SetTimePositions() {
   const bool motif = effects == &dsp.MotifESDSPTrack || effects == &dsp.MotifXSDSPTrack ||
                      effects == &dsp.MotifXFDSPTrack;
   if (effects != nullptr && (!motif || options.MotifDSPsEnabled)) setTimes(*effects);
+}
+
+void TMidiFunctions::SetSongLength() {
+  ZoneCursor cursor(song);
+  song.SongLength = cursor.TimeOf(song.MaxSongPosition);
+  song.TimePositionOfFirstNote = cursor.TimeOf(song.TickPositionOfFirstNote);
 }
 
 void TMidiFunctions::UpdateTimeZoneData() {

@@ -84,7 +84,7 @@ void TMidiFunctions::ReloadTempoTimeSign() {
   // stand in the order in which the metas are met; SetTimeZones brings them into the order of time.
   for (std::int32_t t = 0; t < song.NumberOfSourceTracks; ++t) {
     const PtrMidiEvent first = song.MidiTrack[static_cast<std::size_t>(t)].TrkFirstEvent;
-    for (PtrMidiEvent e = first; e != nullptr; e = e->NextEvent) {
+    for (PtrMidiEvent e = first; e != nullptr; e = Following(e)) {
       if (e->Command != MetaEvent) continue;
       if (IsMetaWith(*e, MetaTempo, 3))
         song.SourceTempo.push_back(TempoEntry(e->Position, e->Meta.Bytes()));

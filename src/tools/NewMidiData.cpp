@@ -17,7 +17,6 @@ namespace {
 
 constexpr std::int32_t Tracks = 1 + ChannelCount;
 constexpr std::int32_t Measures = 4;
-constexpr std::int32_t SongTail = 10;  ///< ticks from the last event to the song's end
 constexpr int DrumChannel = 9;
 constexpr std::uint8_t BankMSB = 0;
 constexpr std::uint8_t BankLSB = 32;

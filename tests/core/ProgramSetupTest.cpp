@@ -80,6 +80,17 @@ TEST(MovePrograms, LeavesAShortSongAlone) {
   EXPECT_EQ(Programs(bench.Track(1)), "P5@0");
 }
 
+TEST(MovePrograms, NeverMakesASongOfAFineTimeBaseLonger) {
+  Workbench bench;
+  DecodePlain(
+      bench, Smf(1, 30000).Track().Track().At(0).Prog(1, 5).Note(1, 60, 10, 2000).Note(10, 36, 10, 20));
+  MovePrograms(bench.song);
+  TProgramIndex index = TakeStock(bench.song);
+  EnsureDrumProgram(bench.song, index);
+  EXPECT_EQ(Programs(bench.Track(1)), "P5@2000 P0@2000");
+  EXPECT_EQ(index[9].at(0).Event->Position, 2000);
+}
+
 TEST(MovePrograms, WorksFromTickThousandOn) {
   Workbench bench;
   DecodePlain(bench, Song1().At(0).Prog(1, 5).Note(1, 60, 10, 990));
