@@ -90,10 +90,14 @@ inline void MarkRemoved(PtrMidiEvent node) noexcept { node->DLength = 0; }
 void Neutralise(PtrMidiEvent node) noexcept;
 
 /// The next event in a walk over a whole list. A song's nodes mostly lie side by side, so the memory of
-/// the nodes further on is asked for ahead: a long walk waits for little else.
+/// a node further on, which spans two cache lines, is asked for ahead: a long walk waits for little
+/// else.
 [[nodiscard]] inline PtrMidiEvent Following(const TypMidiEvent* e) noexcept {
-  constexpr std::uintptr_t ahead = 12 * sizeof(TypMidiEvent);
-  __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(e) + ahead));
+  constexpr std::uintptr_t ahead = 48 * sizeof(TypMidiEvent);
+  constexpr std::uintptr_t cacheLine = 64;
+  const std::uintptr_t place = reinterpret_cast<std::uintptr_t>(e) + ahead;
+  __builtin_prefetch(reinterpret_cast<const void*>(place));
+  __builtin_prefetch(reinterpret_cast<const void*>(place + cacheLine));
   return e->NextEvent;
 }
 

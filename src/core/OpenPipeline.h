@@ -18,7 +18,7 @@ namespace Sonarello {
 class OpenPipeline {
  public:
   OpenPipeline(Song& s, const Options& o, const IRoutes& r, IMessages& m, const SongHooks& h)
-      : song(s), options(o), routes(r), messages(m), hooks(h), functions(s, o, r, m, h) {}
+      : song(s), options(o), messages(m), hooks(h), functions(s, o, r, m, h) {}
 
   /// Opens a file (path, UTF-8), or builds a new song through the hook `CreateMidiData` if `CreateNew`.
   /// True if a song is in the store afterwards. A failure was shown; the store is then empty.
@@ -41,7 +41,6 @@ class OpenPipeline {
 
   Song& song;
   const Options& options;
-  const IRoutes& routes;
   IMessages& messages;
   const SongHooks& hooks;
   TMidiFunctions functions;

@@ -50,7 +50,7 @@ class MergedWalk {
 
   const TypMidiEvent& Take(std::size_t track) noexcept {
     const TypMidiEvent* event = next[track];
-    next[track] = event->NextEvent;
+    next[track] = Following(event);
     return *event;
   }
 
