@@ -135,11 +135,8 @@ class Desk {
   }
 
   /// Saving must come to rest, but for what the rules let grow: every open of a word-box file ends its
-  /// texts with one more return, and every save writes the resets of further routes in front of those
-  /// that it finds.
-  [[nodiscard]] bool MustRest() const {
-    return !song.WordBoxFormat && !(options.MultiMidi && options.AutoSysex);
-  }
+  /// texts with one more return.
+  [[nodiscard]] bool MustRest() const { return !song.WordBoxFormat; }
 
  private:
   void WriteFile(Input file) const {

@@ -79,6 +79,14 @@ std::size_t SysexTargetOf(const TOutputPlan& plan, const Song& song, const Outpu
 
 namespace {
 
+/// True if the song holds a sysex at tick 0, such as the reset that an earlier save put there.
+bool StandsAtStart(const Song& song, Bytes bytes) {
+  for (const TMyTrack& track : SourceTracks(song))
+    for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr && e->Position == 0; e = e->NextEvent)
+      if (e->Command == Sysex && !e->IsRemoved() && e->Meta.Equals(bytes)) return true;
+  return false;
+}
+
 /// Fills the fronts of one plan.
 class FrontMaker {
  public:
@@ -168,7 +176,7 @@ class FrontMaker {
     if (!from.options.AutoSysex || route == 0 || resetWritten[route]) return;
     resetWritten[route] = true;
     const Bytes reset = RouteResetOf(from.routes[route].InstrumValue);
-    if (!reset.empty()) track.Front.push_back(nodes.Sysex(reset));
+    if (!reset.empty() && !StandsAtStart(from.song, reset)) track.Front.push_back(nodes.Sysex(reset));
   }
 
   TOutputPlan& plan;

@@ -119,6 +119,19 @@ TEST_P(WriterRoutes, WritesNoResetForAnInstrumentThatWantsNone) {
               ElementsAre(HeadLine, "0 instrument SRL_ch.2 Route 1///Out 1", "0 913d64", "999 end"));
 }
 
+TEST_P(WriterRoutes, LetsTheResetsOfAnEarlierSaveStandInsteadOfPilingUp) {
+  bench.options.AutoSysex = true;
+  bench.RouteAway(2, 87);
+  for (const int format : {0, 1}) {
+    WriterBench again;
+    again.routes = bench.routes;
+    again.options.MultiMidi = true;
+    again.LoadBytes(bench.Encode(format));
+    again.options.AutoSysex = true;
+    EXPECT_EQ(again.Write(format).Count("0 f0 43104c00007e00f7"), 1);
+  }
+}
+
 TEST_P(WriterRoutes, RecoversRoutesAndDrumsFromASavedFile) {
   bench.RouteAway(2);
   bench.Channel(10).DrumPart = 1;
