@@ -21,8 +21,10 @@ using Bytes = std::vector<std::uint8_t>;
 /// Catalogue numbers run from 0 to here.
 constexpr int LastInstrument = 105;
 /// Saves after which a song that is opened again must come back byte for byte. The first save drops
-/// what the pipeline marked; the second lays tracks out anew if that left fewer of them.
+/// what the pipeline marked; the second lays tracks out anew if that left fewer of them. A short note
+/// at the song's end grows by the ten ticks that follow it until it has its least length.
 constexpr int SavesToRest = 3;
+constexpr int TicksBehindSong = 10;
 
 /// A song that every store must open, whatever was in it before.
 const Bytes& GoodFile() {
@@ -137,6 +139,7 @@ class Desk {
   /// Saving must come to rest, but for what the rules let grow: every open of a word-box file ends its
   /// texts with one more return.
   [[nodiscard]] bool MustRest() const { return !song.WordBoxFormat; }
+  [[nodiscard]] int Saves() const { return SavesToRest + options.MinNoteLength / TicksBehindSong; }
 
  private:
   void WriteFile(Input file) const {
@@ -171,7 +174,7 @@ void FuzzSong(Input input) {
     return;
   }
   Bytes saved = desk.Save();
-  for (int i = 1; i < SavesToRest; ++i) {
+  for (int i = 1; i < desk.Saves(); ++i) {
     if (!desk.Open(saved)) throw Fault("what was saved does not open");
     saved = desk.Save();
   }
