@@ -26,6 +26,8 @@ class EventPool {
   [[nodiscard]] PtrMidiEvent Take() noexcept {
     if (next == end || failing) return TakeSlowly();
     ++live;
+    // A big song is larger than any cache: the memory of nodes to come is asked for ahead.
+    __builtin_prefetch(next + 24, 1);
     return new (next++) TypMidiEvent;
   }
   /// Gives a node back; its payload is released. The node must be unlinked and unreferenced.
