@@ -8,6 +8,9 @@ namespace Sonarello {
 namespace {
 
 constexpr std::int32_t SetupBeats = 8;
+/// The setup's own messages stand up to here, ticks. They are found again even where the time base is
+/// so coarse that eight beats end before, and do not pile up.
+constexpr std::int32_t LatestSetupTick = 200;
 
 /// Track of the sysexes in a format 0 file that was split by channel: channel 10's.
 constexpr std::int32_t SplitSysexTrack = 10;
@@ -21,7 +24,10 @@ bool InListOrder(const TSourceSysex& a, const TSourceSysex& b) noexcept {
 }  // namespace
 
 SongSysexs::SongSysexs(Song& s, const Options& o, std::vector<TSourceSysex>& list)
-    : song(s), options(o), all(list), searchLimit(s.SourceTimeBase * SetupBeats) {
+    : song(s),
+      options(o),
+      all(list),
+      searchLimit(std::max(s.SourceTimeBase * SetupBeats, LatestSetupTick)) {
   if (!std::is_sorted(all.begin(), all.end(), InListOrder))
     std::stable_sort(all.begin(), all.end(), InListOrder);
 }

@@ -91,6 +91,17 @@ TEST(GSDelay, LooksForItInTheFirstEightBeats) {
   EXPECT_GT(late->DLength, 0);
 }
 
+TEST(GSDelay, IsFoundAgainInASongOfACoarseTimeBase) {
+  SysexSong bench(1);
+  bench.song.SourceTimeBase = 5;
+  bench.Fit();
+  const PtrMidiEvent time = bench.song.RolandDelayTimeSysexEvent;
+  const PtrMidiEvent feedback = bench.song.RolandDelayFeedbackSysexEvent;
+  bench.Fit();
+  EXPECT_EQ(bench.song.RolandDelayTimeSysexEvent, time);
+  EXPECT_EQ(bench.song.RolandDelayFeedbackSysexEvent, feedback);
+}
+
 TEST(GSDelay, SpeaksTheDialectOfAnMP11) {
   SysexSong bench(67);
   PtrMidiEvent time = bench.Sysex(1, 5, "41 00 42 12 40 01 52 40 2D F7");
