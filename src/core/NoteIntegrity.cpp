@@ -240,7 +240,7 @@ bool TMidiFunctions::SetNoteOnOffPointers(PtrMidiEvent FirstEvent, TStrayNoteOff
     }
   }
   LeaveUnpaired(open);
-  for (; e != nullptr; e = e->NextEvent) Unpair(*e);
+  for (; e != nullptr; e = Following(e)) Unpair(*e);
   return paired;
 }
 
