@@ -8,17 +8,10 @@
 #include <vector>
 
 #include "core/Texts.h"
+#include "helpers/InGerman.h"
 #include "helpers/Workbench.h"
 
 namespace Sonarello {
-
-/// German for the length of a scope.
-struct InGerman {
-  InGerman() { GermanLanguage = true; }
-  ~InGerman() { GermanLanguage = false; }
-  InGerman(const InGerman&) = delete;
-  InGerman& operator=(const InGerman&) = delete;
-};
 
 /// One event in a line: "480 90 60 100", "0 F0 43 10 F7", "0 FF51 07 A1 20"; "-" in front if it is
 /// removed.

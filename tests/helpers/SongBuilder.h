@@ -9,6 +9,7 @@
 
 #include "core/Texts.h"
 #include "core/TimeMap.h"
+#include "helpers/InGerman.h"
 #include "helpers/Workbench.h"
 
 namespace Sonarello {
@@ -103,14 +104,6 @@ struct TestSong : Workbench {
     song.TimeSignElements = static_cast<std::int32_t>(song.TimeSignature.size());
     CloseTimeTables(song);
   }
-};
-
-/// The texts of a test in German, until the test ends.
-struct InGerman {
-  InGerman() { GermanLanguage = true; }
-  ~InGerman() { GermanLanguage = false; }
-  InGerman(const InGerman&) = delete;
-  InGerman& operator=(const InGerman&) = delete;
 };
 
 }  // namespace Sonarello
