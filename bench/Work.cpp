@@ -12,8 +12,10 @@
 
 #include "Floors.h"
 #include "Measure.h"
+#include "Sounds.h"
 #include "core/MidiFileWriter.h"
 #include "core/OpenPipeline.h"
+#include "instruments/SoundNames.h"
 
 namespace Sonarello::Bench {
 
@@ -49,6 +51,8 @@ class OneRoute : public IRoutes {
 struct Desk {
   explicit Desk(int instrument) : routes(instrument) {
     options.DataPath = std::filesystem::temp_directory_path().string();
+    sounds.Load(instrument, {}, messages);
+    names.Wire(hooks);
   }
 
   void Open(const std::string& file) {
@@ -62,6 +66,8 @@ struct Desk {
   SongHooks hooks;
   OpenPipeline pipeline{song, options, routes, messages, hooks};
   MidiFileWriter writer{song, options, routes, messages, hooks};
+  SoundSets sounds;
+  TSoundNames names{song, sounds, options, routes};
 };
 
 int Instrument(const Arguments& arguments) { return std::stoi(arguments.at(2)); }
@@ -136,6 +142,11 @@ void MeasureMemory(const Arguments& arguments) {
   std::printf("%.0f", ResidentBytes() - before);
 }
 
+void MeasureNames(const Arguments& arguments) {
+  const SoundFigures figures = MeasureSounds(std::stoi(arguments.at(1)));
+  std::printf("%.9f %.0f %.12f %.12f", figures.Load, figures.Bytes, figures.LookUp, figures.MapLookUp);
+}
+
 }  // namespace
 
 bool Measure(const Arguments& arguments) {
@@ -152,6 +163,8 @@ bool Measure(const Arguments& arguments) {
     MeasureEncode(arguments);
   else if (what == "save")
     MeasureSave(arguments);
+  else if (what == "sounds")
+    MeasureNames(arguments);
   else if (what == "memory")
     MeasureMemory(arguments);
   else

@@ -13,6 +13,8 @@ namespace Sonarello::Bench {
 ///   open FILE INSTRUMENT              seconds of two `OpenMidiFile`, one after the other
 ///   encode FILE INSTRUMENT FORMAT     seconds of `Encode`, bytes
 ///   save FILE INSTRUMENT FORMAT       seconds of `Save`
+///   sounds INSTRUMENT                 seconds to load the tables, their bytes, seconds to name a
+///                                     sound and to find it in a hash map
 ///   memory FILE INSTRUMENT            bytes of resident memory that the open song takes
 /// INSTRUMENT is a catalogue number. False for anything else.
 bool Measure(const std::vector<std::string>& arguments);

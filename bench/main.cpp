@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -166,6 +167,39 @@ void MeasureGrowth(Report& report, const std::string& what, const std::string& b
   report.Row("save grows: " + what, worstSave.ratio, Limit::AtMost, 11, worstSave.how);
 }
 
+/// Instruments with the most rows, and what naming adds to an open.
+void MeasureNames(Report& report, const WorkFolder& folder, int rounds) {
+  std::printf("sounds by their names\n");
+  const std::string song = folder.Write("names.mid", MixedSong(50'000));
+  Series plain, named;
+  for (int round = 0; round < rounds; ++round) {
+    plain.Add(InFreshProcess({"measure", "open", song, "0"}).at(0));
+    named.Add(InFreshProcess({"measure", "open", song, "87"}).at(0));
+  }
+  report.Row("open 50,000 events for Yamaha Genos / GM Soundset", named.Over(plain), Limit::AtMost,
+             1.15, Against(named, plain));
+  for (const Instrument& instrument :
+       {Instrument{"87", "Yamaha Genos"}, Instrument{"71", "Roland Integra-7"}}) {
+    Series look, map;
+    Figures load;
+    double bytes = 0;
+    for (int round = 0; round < rounds; ++round) {
+      const Figures figures = InFreshProcess({"measure", "sounds", instrument.value});
+      load.push_back(figures.at(0));
+      bytes = figures.at(1);
+      look.Add(figures.at(2));
+      map.Add(figures.at(3));
+    }
+    const auto nanoseconds = [](const Series& s) {
+      return std::to_string(std::lround(1e9 * Median(s.figures))) + " ns";
+    };
+    report.Row("name a sound of " + instrument.name + " / hash map", look.Over(map), Limit::AtMost, 3,
+               nanoseconds(look) + " against " + nanoseconds(map));
+    report.Row("megabytes of tables of " + instrument.name, bytes / 1e6, Limit::AtMost, 8, "");
+    report.Row("milliseconds to load " + instrument.name, 1e3 * Median(load), Limit::AtMost, 20, "");
+  }
+}
+
 void MeasureShapes(Report& report, const WorkFolder& folder, int rounds) {
   std::printf("ten times the size\n");
   MeasureGrowth(report, "1,000,000 events of a usual mixture",
@@ -210,6 +244,7 @@ int Run(const Wishes& wishes) {
     return Bytes(std::istreambuf_iterator<char>(in), {});
   }());
   MeasureSong(report, song, wishes.rounds);
+  MeasureNames(report, folder, wishes.rounds);
   if (wishes.shapes) MeasureShapes(report, folder, std::min(wishes.rounds, 5));
   if (report.Missed() > 0) std::printf("%d limits missed\n", report.Missed());
   return wishes.strict && report.Missed() > 0 ? 1 : 0;

@@ -11,6 +11,7 @@
 #include "core/EventList.h"
 #include "core/MidiFileWriter.h"
 #include "core/OpenPipeline.h"
+#include "instruments/SoundNames.h"
 
 namespace Sonarello::Fuzz {
 
@@ -84,6 +85,12 @@ class Routes : public IRoutes {
   std::array<TMidiRouting, 3> table;
 };
 
+/// The tables of all instruments that inputs asked for so far.
+SoundSets& Sounds() {
+  static SoundSets sets;
+  return sets;
+}
+
 /// Options by the bits of two bytes; as a user may have set them.
 Options ChosenOptions(std::uint8_t first, std::uint8_t second, const std::string& folder) {
   Options options;
@@ -102,6 +109,8 @@ Options ChosenOptions(std::uint8_t first, std::uint8_t second, const std::string
   options.MinNoteLength = bit(second, 4) ? 30 : 0;
   options.RemoveCountIn = bit(second, 5);
   options.GeneralMidiCheck = bit(second, 6);
+  options.RolandSCDefaultMap = bit(second, 7);
+  options.RolandSCDefaultMapIdx = bit(second, 7) ? 2 : 0;
   options.DataPath = folder;
   return options;
 }
@@ -115,6 +124,9 @@ class Desk {
     options = ChosenOptions(first, second, folder.Name());
     format = second & 1;
     if (in.Flag()) song.Changes = &changes;
+    for (const TMidiRouting& route : routes.MidiRouting())
+      Sounds().Load(route.InstrumValue, {}, messages);
+    names.Wire(hooks);
   }
 
   /// True if the file opened. A song is sound then; a refusal has been told.
@@ -125,6 +137,7 @@ class Desk {
     if (opened != song.MidiFileLoaded) throw Fault("the pipeline and the song disagree on success");
     if (!opened && messages.Shown() == before) throw Fault("a refusal without a message");
     if (opened) CheckSound("after opening");
+    if (opened) CheckNames();
     return opened;
   }
 
@@ -151,6 +164,17 @@ class Desk {
     if (!faults.empty()) throw Fault(when + ": " + faults.front());
   }
 
+  /// A mended sound is known, so that it is mended but once; every sound has a name.
+  void CheckNames() {
+    for (int c = 0; c < ChannelCount; ++c) {
+      const std::string first = names.PatchName(c);
+      if (first.empty()) throw Fault("a sound without a name");
+      if (names.PatchName(c) != first) throw Fault("a sound is mended twice");
+    }
+    static_cast<void>(names.Findings());
+    CheckSound("after naming");
+  }
+
   const Folder& folder;
   ChangeLog changes;
   Song song;
@@ -158,6 +182,7 @@ class Desk {
   Routes routes;
   CountingMessages messages;
   SongHooks hooks;
+  TSoundNames names{song, Sounds(), options, routes};
   OpenPipeline pipeline{song, options, routes, messages, hooks};
   MidiFileWriter writer{song, options, routes, messages, hooks};
   int format = 1;

@@ -23,6 +23,10 @@ void FuzzSong(Input input);
 /// One byte that chooses the routes, then the text of an instrument-name meta.
 void FuzzMarker(Input input);
 
+/// A byte that chooses the layout of a sound list and one that sorts, then a file of the user's: its
+/// rows are in range, and the list written back reads the same.
+void FuzzList(Input input);
+
 /// A time base, tempi, signatures and places: positions go to texts and back.
 void FuzzPosition(Input input);
 

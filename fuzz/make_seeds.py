@@ -183,6 +183,27 @@ POSITIONS = {
 }
 
 
+# Layouts by their number, and a file of the user's in each.
+LISTS = {
+    "f5": b"\0\0Piano\tGrand\t104\t21\t0\r\n\tSmall (S.Art!)\t104\t016\t1\n\nBass\tE\t0\t0\t127\nx\ty\t1\n",
+    "f5-sorted": b"\0\1B\tb\t1\t2\t3\n\ta\t1\t2\t4\nA\tz\t1\t2\t5\n",
+    "f5-latin1": b"\0\0Fl\xf6te\tQuerfl\xf6te\t1\t2\t3\n",
+    "f5-utf16": b"\0\0\xff\xfeP\0\t\0G\0\t\x001\0\t\x002\0\t\x003\0\n\0",
+    "f4": b"\1\0Piano\tGrand\t0\t1\n",
+    "kronos": b"\2\0Keyboard\tPiano\tGrand\t0\n",
+    "f6": b"\3\0Keyboard\tPiano\tGrand\t121\t0\t0\n",
+    "custom": b"\4\0Mine\tGrand\t1\t2\n\tOther\t1\t3\nshort\trow\n",
+    "programs": b"\5\0" + b"".join(b"Sound %d\t1 Wide\t2 Dark\n" % n for n in range(128)) + b"Standard\t8 Room\n",
+    "custom-kits": b"\6\0My kit\t62\t1\nshort\n",
+    "kits": b"\7\0Standard Kit GM\t120\t0\t0\n",
+    "notes": b"\x08\0000 Standard\t27 High Q\t28 Slap\n1 Variation\t+\t28 Other\n2 Third\t++\t30 X\n",
+    "yamaha-kits": b"\x09\0127-8-18 Rock Drum Kit (Revo!)\t+\t13 Hi-Hat Tip 00 RD\n126-111 Voices\t48 Hoo!\n",
+    "effects": b"\x0a\0008\t53\t1\t64\t108\t64\t64\t21\t0\t325\t0;30;0;50;0;20;0;60;50;127;0;0;0;0;0;0\t20\t56\t42\t64\n",
+    "motif": b"\x0b\0Piano\tAPno\tFull Concert Grand\t63\t0\t0\t47\tVCM EQ 501\t0\tFlat\t1,2\t3\tChorus\t1\tWide\t4,5\t1\n",
+    "names": b"\x0c\0Piano\nBass\n",
+}
+
+
 def write(target, name, data):
     folder = os.path.join(HERE, target)
     os.makedirs(folder, exist_ok=True)
@@ -197,6 +218,8 @@ def main():
             write("fuzz_song", prefix + name, bytes([instrument, first, second, 1]) + file)
     for i, text in enumerate(MARKERS):
         write("fuzz_marker", "%02d" % i, bytes([6]) + text)
+    for name, data in LISTS.items():
+        write("fuzz_list", name, data)
     for name, data in POSITIONS.items():
         write("fuzz_position", name, data)
 

@@ -15,6 +15,12 @@ struct TProgramEvent {
   std::int32_t Track = 0;
 };
 
+/// Values of the two bank selects of a sound change, 0-127.
+struct TBank {
+  std::uint8_t MSB = 0;
+  std::uint8_t LSB = 0;
+};
+
 /// The program changes and bank selects (controllers 0 and 32) of each channel in the order of their
 /// positions, whichever tracks hold them.
 using TProgramIndex = std::array<std::vector<TProgramEvent>, ChannelCount>;

@@ -113,8 +113,8 @@ void OpenPipeline::SetUpChannels() {
   if (options.AutoProgChange) MovePrograms(song);
   TProgramIndex programs = TakeStock(song);
   EnsureDrumProgram(song, programs);
-  NormalisePrograms(song, programs, options.AutoProgChange);
-  Run(hooks.AdaptRolandDefaultMap);
+  NormalisePrograms(song, programs, options.AutoProgChange, hooks.MissingBank);
+  if (hooks.AdaptBanks) hooks.AdaptBanks(song, programs);
   functions.SetFirstValues();
   Run(hooks.ReadFirstValues);
   InsertDefaultControllers(song);

@@ -39,6 +39,8 @@ constexpr TOption Table[] = {
          "The file's name is put in as the song's name (track name on track 0)"),
     Flag("KorgDSPsEnabled", &O::KorgDSPsEnabled, "Der Part-EQ der Korg-Pa-Instrumente wird bearbeitet",
          "The part EQ of the Korg Pa instruments is worked on"),
+    Flag("LimexTE200", &O::LimexTE200, "Die Erweiterung TE200 ist im Limex HQ200 oder HQ260 eingebaut",
+         "The TE200 extension is built into the Limex HQ200 or HQ260"),
     Number("MinNoteLength", &O::MinNoteLength, 0, 960,
            "Kürzeste Notenlänge in Ticks; kürzere Noten werden beim Laden verlängert",
            "Shortest length of a note in ticks; shorter notes are lengthened on load"),

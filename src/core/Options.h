@@ -1,4 +1,4 @@
-// Sonarello: the user's options that the song core reads, under their settings keys.
+// Sonarello: the user's options that the song and its instruments read, under their settings keys.
 #pragma once
 
 #include <cstdint>
@@ -33,13 +33,15 @@ struct Options {
   bool SaveMidiRunningMode = false;  ///< channel events are written with running status
   bool RolandSCDefaultMap = false;
   std::int32_t RolandSCDefaultMapIdx = 0;
+  bool LimexTE200 = false;  ///< the TE200 extension is built into a Limex HQ200 or HQ260
   std::int32_t YamahaDSPsFromPosition = 0;
   std::int32_t YamahaDSPsSysexDelta = 2;
   std::int32_t YamahaXGSxPosition = 2;
   std::int32_t MotifDSPsFromPosition = 0;
   std::int32_t MotifDSPsSysexDelta = 2;
   std::int32_t MotifGMSxPosition = 2;
-  std::string DataPath;  ///< folder of the diagnostic files, UTF-8; empty: none is written
+  std::string
+      DataPath;  ///< folder of the user's sound lists and of the diagnostic files, UTF-8; or empty
 };
 
 /// A setting: its key, its place in `Options`, its range, and what it does in both languages.

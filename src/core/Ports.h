@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 
+#include "core/ChannelStock.h"
 #include "core/Data.h"
 
 namespace Sonarello {
@@ -48,10 +49,13 @@ struct SongHooks {
   Step RemoveCountIn;                                      ///< the song's count-in is taken out
   Step CreateMidiData;  ///< a new song is built in the empty store; a failure is shown and raised
   Step ResetPlayback;   ///< loop range, song position display
-  Step AdaptRolandDefaultMap;  ///< controllers follow the chosen GS map
-  Step ReadFirstValues;        ///< the desk takes the channels' first values
-  Step ShowStrips;             ///< channel strips and sound names
-  Step ReadDrums;              ///< drum channel decision, per-note drum parameters
+  /// The bank selects that a sound change of a channel (0-15) gets where the song has none.
+  std::function<TBank(const Song&, int)> MissingBank;
+  /// Banks come into the instruments' terms; the index holds the song's own.
+  std::function<void(Song&, const TProgramIndex&)> AdaptBanks;
+  Step ReadFirstValues;  ///< the desk takes the channels' first values
+  Step ShowStrips;       ///< channel strips and sound names
+  Step ReadDrums;        ///< drum channel decision, per-note drum parameters
   Step ShowControllers;
   Step ReadLyrics;
   Step SelectChannel;  ///< the strip of `ActiveMidiIndex` is selected

@@ -74,8 +74,8 @@ namespace {
 /// Normalises one channel. Events that move or come in are gathered and linked in one walk a track.
 class ChannelNormaliser {
  public:
-  ChannelNormaliser(Song& s, int c, std::vector<std::vector<PtrMidiEvent>>& moves)
-      : song(s), channel(c), pending(moves) {}
+  ChannelNormaliser(Song& s, int c, TBank m, std::vector<std::vector<PtrMidiEvent>>& moves)
+      : song(s), channel(c), missing(m), pending(moves) {}
 
   void DropDoubled(std::vector<TProgramEvent>& events) {
     TProgramEvent* previous = nullptr;
@@ -103,8 +103,8 @@ class ChannelNormaliser {
         continue;
       }
       if (repair) {
-        PutBank(msb, p, 0, 2 * Step);
-        PutBank(lsb, p, 32, Step);
+        PutBank(msb, p, 0, missing.MSB, 2 * Step);
+        PutBank(lsb, p, 32, missing.LSB, Step);
       }
       data.CtrlArray[0] = InForce(msb);
       data.CtrlArray[32] = InForce(lsb);
@@ -146,12 +146,12 @@ class ChannelNormaliser {
 
   /// Brings a bank select `distance` ticks in front of its program, or makes the missing one.
   void PutBank(TProgramEvent& bank, const TProgramEvent& program, std::uint8_t controller,
-               std::int32_t distance) {
+               std::uint8_t value, std::int32_t distance) {
     const std::int32_t at = program.Event->Position;
     if (bank.Event == nullptr) {
       const std::int32_t tick = at < 2 * Step ? 1 : at - distance;
-      bank = {NewChannelEvent(song.Pool, static_cast<std::uint8_t>(Controller | channel), controller, 0,
-                              tick),
+      bank = {NewChannelEvent(song.Pool, static_cast<std::uint8_t>(Controller | channel), controller,
+                              value, tick),
               program.Track};
       LogChange(song, ChangeKind::Inserted, bank.Track, *bank.Event, "Bankwahl fehlte",
                 "bank select was missing");
@@ -172,15 +172,17 @@ class ChannelNormaliser {
 
   Song& song;
   int channel;
+  TBank missing;
   std::vector<std::vector<PtrMidiEvent>>& pending;
 };
 
 }  // namespace
 
-void NormalisePrograms(Song& song, TProgramIndex& programs, bool repair) {
+void NormalisePrograms(Song& song, TProgramIndex& programs, bool repair,
+                       const std::function<TBank(const Song&, int)>& missing) {
   std::vector<std::vector<PtrMidiEvent>> pending;
   for (int c = 0; c < ChannelCount; ++c) {
-    ChannelNormaliser channel(song, c, pending);
+    ChannelNormaliser channel(song, c, missing ? missing(song, c) : TBank{}, pending);
     auto& events = programs[static_cast<std::size_t>(c)];
     channel.DropDoubled(events);
     channel.Run(events, repair);

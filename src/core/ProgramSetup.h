@@ -1,6 +1,8 @@
 // Sonarello: programs and banks in the shape that an instrument needs.
 #pragma once
 
+#include <functional>
+
 #include "core/ChannelStock.h"
 #include "core/Song.h"
 
@@ -16,7 +18,8 @@ void EnsureDrumProgram(Song& song, TProgramIndex& programs);
 
 /// Drops doubled program changes (less than 5 ticks in front of the next one). With `repair` every
 /// sound change then reads bank MSB, bank LSB, program, 2 ticks apart: superfluous banks go, missing
-/// ones come in with value 0.
-void NormalisePrograms(Song& song, TProgramIndex& programs, bool repair);
+/// ones come in with the values of `missing`, 0 without it.
+void NormalisePrograms(Song& song, TProgramIndex& programs, bool repair,
+                       const std::function<TBank(const Song&, int)>& missing = {});
 
 }  // namespace Sonarello

@@ -21,7 +21,7 @@ constexpr int DrumChannel = 9;
 constexpr std::uint8_t BankMSB = 0;
 constexpr std::uint8_t BankLSB = 32;
 
-struct TBank {
+struct TNewBank {
   std::uint8_t MSB = 0;
   std::uint8_t LSB = 0;
 };
@@ -31,8 +31,8 @@ struct TBank {
 /// sounds in bank 121, drum kits in bank 120 (General MIDI 2, 1.2a).
 struct TBankRow {
   std::span<const std::uint8_t> InstrumValues;
-  TBank Sound;
-  TBank Drums;
+  TNewBank Sound;
+  TNewBank Drums;
 };
 constexpr std::uint8_t XGInstruments[] = {5,  6,  7,  8,  9,  18, 19, 26, 31, 33, 34,
                                           41, 51, 54, 59, 62, 69, 70, 74, 80, 87, 97};
@@ -48,7 +48,7 @@ constexpr TBankRow BankRows[] = {
     {Genesys, {0, 0}, {15, 0}},        {KN6000, {0, 0}, {120, 0}},
 };
 
-TBank BankOf(std::uint8_t instrumValue, bool drums) {
+TNewBank BankOf(std::uint8_t instrumValue, bool drums) {
   for (const TBankRow& row : BankRows)
     if (std::find(row.InstrumValues.begin(), row.InstrumValues.end(), instrumValue) !=
         row.InstrumValues.end())
@@ -146,7 +146,7 @@ void TNewMidiData::BuildConductor(const TNewSong& wishes) {
 void TNewMidiData::BuildChannel(int channel) {
   TMyTrack& track = song.MidiTrack[static_cast<std::size_t>(channel) + 1];
   const auto index = static_cast<std::size_t>(channel);
-  const TBank bank = BankOf(routes.MidiRouting()[0].InstrumValue, channel == DrumChannel);
+  const TNewBank bank = BankOf(routes.MidiRouting()[0].InstrumValue, channel == DrumChannel);
   const std::int32_t position = song.SourceTimeBase * 300 / 384 + channel * 4 + 2;
   const auto controller = static_cast<std::uint8_t>(Controller + channel);
   const auto program = static_cast<std::uint8_t>(ProgramChange + channel);

@@ -63,7 +63,7 @@ TEST_F(OpenPipelineTest, RunsItsHooksInOrder) {
   bench.hooks.ReloadRevoicer = step("revoicer ");
   bench.hooks.ResetDesk = step("desk ");
   bench.hooks.ResetPlayback = step("playback ");
-  bench.hooks.AdaptRolandDefaultMap = step("map ");
+  bench.hooks.AdaptBanks = [&](Song&, const TProgramIndex&) { order += "map "; };
   bench.hooks.ReadFirstValues = step("values ");
   bench.hooks.ShowStrips = step("strips ");
   bench.hooks.ReadDrums = step("drums ");

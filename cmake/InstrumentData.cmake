@@ -1,0 +1,46 @@
+# The instruments' tables travel inside the program, so that they cannot be missing beside it.
+
+# embed_instrument_data(<library>): adds every file of data/instruments to a library as read-only bytes,
+# with a table of their paths that InstrumentFile searches.
+function(embed_instrument_data library)
+  set(folder ${PROJECT_SOURCE_DIR}/data/instruments)
+  file(GLOB_RECURSE files CONFIGURE_DEPENDS RELATIVE ${folder} ${folder}/*.txt ${folder}/*.tsv)
+  list(SORT files)
+  set(bytes "")
+  set(declarations "")
+  set(rows "")
+  set(paths "")
+  set(n 0)
+  foreach(file ${files})
+    string(APPEND bytes
+           "    \"file_${n}: .incbin \\\"${folder}/${file}\\\"\\n\"\n")
+    string(APPEND declarations "extern const char file_${n}[];\n")
+    string(APPEND rows "    {\"${file}\", file_${n}},\n")
+    list(APPEND paths ${folder}/${file})
+    math(EXPR n "${n} + 1")
+  endforeach()
+  set(generated ${CMAKE_CURRENT_BINARY_DIR}/InstrumentBytes.cpp)
+  file(CONFIGURE OUTPUT ${generated} CONTENT "// The files of data/instruments, one behind the other.
+#include \"instruments/InstrumentBytes.h\"
+
+__asm__(
+    \".section .rodata\\n\"
+@bytes@    \"file_end: .byte 0\\n\"
+    \".text\\n\");
+
+extern \"C\" {
+@declarations@extern const char file_end[];
+}
+
+namespace Sonarello {
+
+const TInstrumentBytes InstrumentBytes[] = {
+@rows@    {{}, file_end},
+};
+const std::size_t InstrumentByteCount = ${n};
+
+}  // namespace Sonarello
+" @ONLY)
+  set_source_files_properties(${generated} PROPERTIES OBJECT_DEPENDS "${paths}")
+  target_sources(${library} PRIVATE ${generated})
+endfunction()
