@@ -1,8 +1,11 @@
 #include "Arguments.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <functional>
+#include <initializer_list>
+#include <limits>
 #include <stdexcept>
 #include <string_view>
 
@@ -77,8 +80,8 @@ void AddCommonOptions(CLI::App& app, Arguments& a) {
       ->group(group);
   AddValue(
       app, "--data-path", [&a](const std::string& text) { a.DataPath = text; },
-      Text("Ordner für _NoteOnOff.txt; ohne ihn wird nichts geschrieben",
-           "Folder for _NoteOnOff.txt; without it nothing is written"),
+      Text("Ordner eigener Klanglisten; _NoteOnOff.txt wird hierhin geschrieben",
+           "Folder of your own sound lists; _NoteOnOff.txt is written here"),
       "DIR")
       ->group(group);
   app.add_flag_callback(
@@ -142,22 +145,112 @@ void AddEvents(CLI::App& app, Arguments& a) {
       Text("Wie gelesen, ohne jeden weiteren Schritt", "As read, without any further step"));
 }
 
+/// Target and format of the commands that save.
+void AddTarget(CLI::App& command, Arguments& a) {
+  AddValue(
+      command, "-o,--output", [&a](const std::string& text) { a.Output = text; },
+      Text("Zieldatei, die ersetzt wird, oder Zielordner",
+           "Target file, which is replaced, or target folder"),
+      "OUT");
+  AddValue(
+      command, "--format",
+      [&a](const std::string& text) {
+        a.Format = OneOf("--format", text, {"0", "1"});
+      },
+      Text("Format der Datei; sonst das der Quelle", "Format of the file; else the source's"), "0|1");
+}
+
 void AddSave(CLI::App& app, Arguments& a) {
   CLI::App* save = AddCommand(
       app, a, "save",
       Text("Öffnet Dateien und speichert sie angepasst", "Opens files and saves them fitted"));
   AddFiles(*save, a, true);
+  AddTarget(*save, a);
+}
+
+void AddFit(CLI::App& app, Arguments& a) {
+  CLI::App* fit = AddCommand(app, a, "fit",
+                             Text("Wie save, und berichtet von den Klängen jeder Datei",
+                                  "As save, and reports on the sounds of each file"));
+  AddFiles(*fit, a, true);
+  AddTarget(*fit, a);
+}
+
+void AddRevoice(CLI::App& app, Arguments& a) {
+  CLI::App* revoice = AddCommand(app, a, "revoice",
+                                 Text("Öffnet Dateien, ersetzt Klänge nach Regeln und speichert",
+                                      "Opens files, replaces sounds by rules and saves them"));
+  AddFiles(*revoice, a, true);
   AddValue(
-      *save, "-o,--output", [&a](const std::string& text) { a.Output = text; },
-      Text("Zieldatei, die ersetzt wird, oder Zielordner",
-           "Target file, which is replaced, or target folder"),
-      "OUT");
+      *revoice, "--rules", [&a](const std::string& text) { a.Rules = text; },
+      Text("Datei der Regeln: je Zeile Quelle und Ziel, acht Zellen mit Tabulatoren",
+           "File of the rules: source and destination per line, eight cells parted by tabs"),
+      "FILE");
+  AddTarget(*revoice, a);
+}
+
+/// Program and bank selects of a sound.
+void AddAddress(CLI::App& command, Arguments& a) {
+  constexpr int highest = 127;
   AddValue(
-      *save, "--format",
-      [&a](const std::string& text) {
-        a.Format = OneOf("--format", text, {"0", "1"});
-      },
-      Text("Format der Datei; sonst das der Quelle", "Format of the file; else the source's"), "0|1");
+      command, "--msb", [&a](const std::string& text) { a.MSB = Number("--msb", text, 0, highest); },
+      Text("Bankwahl MSB (Controller 0)", "Bank select MSB (controller 0)"), "N");
+  AddValue(
+      command, "--lsb", [&a](const std::string& text) { a.LSB = Number("--lsb", text, 0, highest); },
+      Text("Bankwahl LSB (Controller 32)", "Bank select LSB (controller 32)"), "N");
+  AddValue(
+      command, "--program",
+      [&a](const std::string& text) { a.Program = Number("--program", text, 0, highest); },
+      Text("Programm, wie gesendet: 0 bis 127", "Program as sent: 0 to 127"), "N");
+}
+
+void AddInstruments(CLI::App& app, Arguments& a) {
+  CLI::App* instruments =
+      AddCommand(app, a, "instruments", Text("Listet die Instrumente auf", "Lists the instruments"));
+  instruments->add_flag_callback(
+      "--coverage", [&a] { a.Coverage = true; },
+      Text("Sagt, welche Klänge bekannt sind; mit -i Liste für Liste",
+           "Tells which sounds are known; with -i list by list"));
+}
+
+void AddSounds(CLI::App& app, Arguments& a) {
+  CLI::App* sounds =
+      AddCommand(app, a, "sounds",
+                 Text("Listet die Klänge eines Instruments auf", "Lists the sounds of an instrument"));
+  AddValue(
+      *sounds, "--list", [&a](const std::string& text) { a.List = text; },
+      Text("Nur diese Liste: Name oder Teil davon", "Only this list: its name or a part of it"), "L");
+  AddValue(
+      *sounds, "--search", [&a](const std::string& text) { a.Search = text; },
+      Text("Nur Klänge, deren Name das enthält", "Only sounds whose names hold this"), "TEXT");
+}
+
+void AddName(CLI::App& app, Arguments& a) {
+  constexpr int mostDrumParts = 3;
+  CLI::App* name = AddCommand(
+      app, a, "name",
+      Text("Sagt, wie ein Instrument einen Klang nennt", "Tells what an instrument calls a sound"));
+  AddAddress(*name, a);
+  AddValue(
+      *name, "--channel",
+      [&a](const std::string& text) { a.Channel = Number("--channel", text, 1, ChannelCount); },
+      Text("Kanal, 1 bis 16 [1]", "Channel, 1 to 16 [1]"), "N");
+  AddValue(
+      *name, "--drum-part",
+      [&a](const std::string& text) { a.DrumPart = Number("--drum-part", text, 0, mostDrumParts); },
+      Text("Drumpart, 0 ist keiner [wie in einem geöffneten Song]",
+           "Drum part, 0 is none [as in an opened song]"),
+      "N");
+}
+
+void AddDrums(CLI::App& app, Arguments& a) {
+  CLI::App* drums = AddCommand(app, a, "drums",
+                               Text("Listet die Kits eines Instruments oder die Noten eines Kits auf",
+                                    "Lists the kits of an instrument, or the notes of a kit"));
+  AddAddress(*drums, a);
+  AddValue(
+      *drums, "--kit", [&a](const std::string& text) { a.Kit = text; },
+      Text("Kit: Name oder Teil davon", "Kit: its name or a part of it"), "TEXT");
 }
 
 void AddNew(CLI::App& app, Arguments& a) {
@@ -189,17 +282,32 @@ void AddNew(CLI::App& app, Arguments& a) {
       Text("Viertel je Minute [120]", "Quarter notes per minute [120]"), "N");
 }
 
+bool IsOneOf(const std::string& command, std::initializer_list<std::string_view> commands) {
+  return std::find(commands.begin(), commands.end(), command) != commands.end();
+}
+
 /// What a command needs and did not get.
 std::string Missing(const Arguments& a) {
   if (a.Command.empty()) return Text("Es fehlt ein Kommando", "A command is missing");
-  const bool wantsFiles = a.Command != "new" && a.Command != "instruments";
-  if (wantsFiles && a.Files.empty()) return Text("Es fehlt eine Datei", "A file is missing");
-  const bool wantsOutput = a.Command == "save" || a.Command == "new";
-  if (wantsOutput && a.Output.empty())
+  if (IsOneOf(a.Command, {"show", "events", "decode", "save", "fit", "revoice"}) && a.Files.empty())
+    return Text("Es fehlt eine Datei", "A file is missing");
+  if (IsOneOf(a.Command, {"save", "fit", "revoice", "new"}) && a.Output.empty())
     return Text("Es fehlt das Ziel: -o OUT", "The target is missing: -o OUT");
+  if (a.Command == "revoice" && a.Rules.empty())
+    return Text("Es fehlen die Regeln: --rules FILE", "The rules are missing: --rules FILE");
+  const bool wantsProgram = a.Command == "name" || (a.Command == "drums" && (a.MSB || a.LSB));
+  if (wantsProgram && !a.Program)
+    return Text("Es fehlt das Programm: --program N", "The program is missing: --program N");
+  return {};
+}
+
+/// What a command got and cannot take together.
+std::string Contradiction(const Arguments& a) {
   if (a.Track && a.Channel)
     return Text("--track und --channel schließen einander aus",
                 "--track and --channel exclude each other");
+  if (!a.Kit.empty() && a.Program)
+    return Text("--kit und --program schließen einander aus", "--kit and --program exclude each other");
   return {};
 }
 
@@ -262,8 +370,13 @@ void AddCommands(CLI::App& app, Arguments& a) {
                                      "Only reads files and tells if they can be read"));
   AddFiles(*decode, a, true);
   AddSave(app, a);
+  AddFit(app, a);
+  AddRevoice(app, a);
   AddNew(app, a);
-  AddCommand(app, a, "instruments", Text("Listet die Instrumente auf", "Lists the instruments"));
+  AddInstruments(app, a);
+  AddSounds(app, a);
+  AddName(app, a);
+  AddDrums(app, a);
 }
 
 std::string HelpText(const CLI::App& app) {
@@ -306,6 +419,7 @@ ParsedArguments ParseArguments(const std::vector<std::string>& arguments) {
     return Wrong(error.what());
   }
   if (std::string missing = Missing(a); !missing.empty()) return Wrong(std::move(missing));
+  if (std::string fault = Contradiction(a); !fault.empty()) return Wrong(std::move(fault));
   return {.Todo = std::move(a), .Help = {}, .Complaint = {}};
 }
 

@@ -10,24 +10,33 @@
 namespace Sonarello {
 
 struct Arguments {
-  std::string Command;  ///< show, events, decode, save, new or instruments
+  std::string Command;  ///< its name, such as "show"
   std::vector<std::string> Files;
 
   // Everywhere
   std::string Instrument;  ///< main instrument: a name, a part of one or a value; may be empty
   std::vector<std::string> Settings;  ///< KEY=VALUE
-  std::string DataPath;               ///< folder of the diagnostic files; empty: none is written
+  std::string DataPath;               ///< folder of sound lists and diagnostic files; may be empty
   bool Json = false;
   bool Quiet = false;
   std::optional<bool> Answer;  ///< to every question
 
   bool Changes = false;        ///< show
   std::optional<int> Track;    ///< events: index from 0
-  std::optional<int> Channel;  ///< events: 1 to 16
+  std::optional<int> Channel;  ///< events, name: 1 to 16
   bool Decoded = false;        ///< events
-  std::string Output;          ///< save, new
-  std::optional<int> Format;   ///< save: 0 or 1; else the format that the file had
+  std::string Output;          ///< save, fit, revoice, new
+  std::optional<int> Format;   ///< save, fit, revoice: 0 or 1; else the format that the file had
+  std::string Rules;           ///< revoice: file of the rules
   TNewSong NewSong;            ///< new
+
+  bool Coverage = false;        ///< instruments
+  std::string List;             ///< sounds: name of a list or a part of it; may be empty
+  std::string Search;           ///< sounds: a part of a sound's name; may be empty
+  std::optional<int> MSB, LSB;  ///< name, drums: bank select, 0-127
+  std::optional<int> Program;   ///< name, drums: 0-127
+  std::optional<int> DrumPart;  ///< name: 0 to 3, 0 for a melodic part
+  std::string Kit;              ///< drums: name of a kit or a part of it; may be empty
 };
 
 /// Either what to do, or that the program is done: with a help text, or with a complaint.

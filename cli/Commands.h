@@ -12,6 +12,11 @@ int EventsCommand(const Arguments& arguments, const Setup& setup, Console& conso
 int DecodeCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int SaveCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int NewCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int FitCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int RevoiceCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int InstrumentsCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int SoundsCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int NameCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int DrumsCommand(const Arguments& arguments, const Setup& setup, Console& console);
 
 }  // namespace Sonarello

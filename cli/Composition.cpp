@@ -84,6 +84,23 @@ bool AddRoute(const LoadedRoute& loaded, std::vector<TMidiRouting>& table, std::
 
 }  // namespace
 
+TLoadSettings LoadSettingsOf(const Options& options) {
+  return {.DataPath = options.DataPath, .SortSounds = false, .LimexTE200 = options.LimexTE200};
+}
+
+namespace {
+
+void LoadSounds(Setup& setup) {
+  auto sounds = std::make_shared<SoundSets>();
+  SongMessages messages(false);
+  for (const TMidiRouting& route : setup.routes.Table)
+    sounds->Load(route.InstrumValue, LoadSettingsOf(setup.options), messages);
+  setup.sounds = std::move(sounds);
+  setup.complaints = std::move(messages.Shown);
+}
+
+}  // namespace
+
 std::optional<Setup> MakeSetup(const Arguments& arguments, std::string& complaint) {
   Setup setup;
   setup.options.DataPath = arguments.DataPath;
@@ -98,6 +115,7 @@ std::optional<Setup> MakeSetup(const Arguments& arguments, std::string& complain
     const bool live = n == 0 || (setup.options.MultiMidi && routes[n].IsGiven());
     if (live && !AddRoute(routes[n], setup.routes.Table, complaint)) return std::nullopt;
   }
+  LoadSounds(setup);
   return setup;
 }
 
@@ -107,7 +125,10 @@ Setup ReaderSetup(Setup setup) {
 }
 
 SongDesk::SongDesk(const Setup& s, bool answer)
-    : messages(answer), setup(s), functions(song, s.options, s.routes, messages, hooks) {
+    : messages(answer),
+      names(song, *s.sounds, s.options, s.routes),
+      setup(s),
+      functions(song, s.options, s.routes, messages, hooks) {
   WireHooks();
 }
 
@@ -116,6 +137,7 @@ void SongDesk::WireHooks() {
   hooks.CreateMidiData = [this](Song& s) {
     TNewMidiData(s, functions, setup.routes, messages).CreateMidiData(newSong);
   };
+  names.Wire(hooks);
   hooks.NoteCheckResult = [this](const std::string& verdict, bool) { NoteCheck = verdict; };
 }
 

@@ -1,6 +1,7 @@
 // Sonarello: where the rooms are put together for one song at a time.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -10,6 +11,7 @@
 #include "Console.h"
 #include "core/MidiFunctions.h"
 #include "core/OpenPipeline.h"
+#include "instruments/SoundNames.h"
 #include "tools/NewMidiData.h"
 
 namespace Sonarello {
@@ -25,10 +27,15 @@ class SettingsRoutes : public IRoutes {
 struct Setup {
   Options options;
   SettingsRoutes routes;
+  std::shared_ptr<const SoundSets> sounds;  ///< of the routes' instruments; read only, for all threads
+  std::vector<std::string> complaints;      ///< what was wrong with the user's own sound lists
 };
 
 /// Options and routes from the command line. What is wrong is told in `complaint`.
 [[nodiscard]] std::optional<Setup> MakeSetup(const Arguments& arguments, std::string& complaint);
+
+/// What the settings say about the loading of sound lists.
+[[nodiscard]] TLoadSettings LoadSettingsOf(const Options& options);
 
 /// Keeps what the user is told about one song; questions get one fixed answer.
 class SongMessages : public IMessages {
@@ -70,6 +77,7 @@ class SongDesk {
   SongMessages messages;
   ChangeLog changes;
   std::string NoteCheck;  ///< verdict of the note check; empty for a clean song
+  TSoundNames names;
 
  private:
   void WireHooks();

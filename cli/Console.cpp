@@ -36,6 +36,7 @@ void Console::Out(std::string_view text) {
 }
 
 void Console::Flush() noexcept {
+  if (!buffer.empty()) Progress({});  // results do not run into its line
   if (fault == 0) fault = WriteAll(STDOUT_FILENO, buffer);
   buffer.clear();
 }

@@ -58,6 +58,20 @@ std::string WrittenOut(char32_t c) {
   return c < 0x100 ? fmt::format("\\x{:02X}", code) : fmt::format("\\u{:04X}", code);
 }
 
+/// The small letter of a capital: ASCII, Latin-1 Supplement and Latin Extended-A of Unicode.
+char32_t SmallLetter(char32_t c) {
+  constexpr char32_t step = 0x20;
+  if (c >= 'A' && c <= 'Z') return c + step;
+  if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + step;
+  if (c == 0x178) return 0xFF;
+  // From here capital and small letter stand side by side.
+  const bool evenCapitals =
+      (c >= 0x100 && c <= 0x12F) || (c >= 0x132 && c <= 0x137) || (c >= 0x14A && c <= 0x177);
+  const bool oddCapitals = (c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E);
+  if (evenCapitals) return c | 1;
+  return oddCapitals ? c + (c & 1) : c;
+}
+
 }  // namespace
 
 std::string DecodeText(std::string_view bytes) {
@@ -118,6 +132,25 @@ std::string Shortened(std::string_view text, std::size_t characters) {
       ++end;
     while (end < text.size() && IsContinuation(text[end]));
   return std::string(text.substr(0, end)) + "…";
+}
+
+std::string SmallLetters(std::string_view text) {
+  std::string small;
+  small.reserve(text.size());
+  while (!text.empty()) {
+    const Character c = FirstCharacter(text);
+    const char32_t letter = SmallLetter(c.Code);
+    if (c.Code == NoCharacter || letter == c.Code) {
+      small += text.substr(0, c.Bytes);
+    } else if (letter < 0x80) {
+      small += static_cast<char>(letter);
+    } else {
+      small += static_cast<char>(0xC0 | letter >> 6);
+      small += static_cast<char>(0x80 | (letter & 0x3F));
+    }
+    text.remove_prefix(c.Bytes);
+  }
+  return small;
 }
 
 std::size_t TextWidth(std::string_view text) {

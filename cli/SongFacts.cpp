@@ -21,7 +21,8 @@ std::optional<DeskValue> ValueOf(const TCtrl& controller) {
   return DeskValue{controller.Value, controller.Event != nullptr && controller.Event->IsRemoved()};
 }
 
-ChannelFacts FactsOfChannel(const Song& song, std::size_t c) {
+ChannelFacts FactsOfChannel(const SongDesk& desk, std::size_t c) {
+  const Song& song = desk.song;
   const TMidiChannelData& data = song.MidiData[c];
   ChannelFacts facts;
   facts.Channel = static_cast<int>(c) + 1;
@@ -31,6 +32,7 @@ ChannelFacts FactsOfChannel(const Song& song, std::size_t c) {
   facts.BankMSB = ValueOf(data.CtrlArray[BankMSB]);
   facts.BankLSB = ValueOf(data.CtrlArray[BankLSB]);
   if (data.Patch >= 0) facts.Program = DeskValue{data.Patch, false};
+  if (data.Active && data.Patch >= 0) facts.Sound = desk.names.CurrentName(static_cast<int>(c));
   facts.DrumPart = data.DrumPart;
   facts.Notes = data.ActiveNotes;
   for (std::size_t i = 0; i < DeskControllers.size(); ++i)
@@ -80,7 +82,8 @@ std::string TimeText(std::int32_t milliseconds) {
                      milliseconds % 1000);
 }
 
-SongFacts GatherFacts(const Song& song) {
+SongFacts GatherFacts(const SongDesk& desk) {
+  const Song& song = desk.song;
   SongFacts facts;
   facts.Title = TitleOf(song);
   facts.FormatRead = song.MidiFileOrgFormat;
@@ -100,7 +103,7 @@ SongFacts GatherFacts(const Song& song) {
                song.MaxSongPositionTime};
   if (HasNotes(song)) facts.FirstNote = PlaceOf(song, song.TickPositionOfFirstNote);
   facts.CountIn = CountInOf(song);
-  for (std::size_t c = 0; c < ChannelCount; ++c) facts.Channels[c] = FactsOfChannel(song, c);
+  for (std::size_t c = 0; c < ChannelCount; ++c) facts.Channels[c] = FactsOfChannel(desk, c);
   return facts;
 }
 

@@ -27,6 +27,7 @@ struct ChannelFacts {
   int Output = 0;  ///< output channel, 1-16
   int Route = 0;
   std::optional<DeskValue> BankMSB, BankLSB, Program;  ///< as stored, 0-127
+  std::string Sound;                                   ///< in the instrument's terms; empty without
   int DrumPart = 0;                                    ///< 0 melodic
   int Notes = 0;
   std::array<std::optional<DeskValue>, DeskControllers.size()> Controllers;
@@ -71,7 +72,7 @@ struct SongFacts {
   std::array<ChannelFacts, ChannelCount> Channels;
 };
 
-[[nodiscard]] SongFacts GatherFacts(const Song& song);
+[[nodiscard]] SongFacts GatherFacts(const SongDesk& desk);
 [[nodiscard]] Place PlaceOf(const Song& song, std::int32_t tick);
 
 /// A time as minutes, seconds and milliseconds, such as "3:05.250".

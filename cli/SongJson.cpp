@@ -1,19 +1,11 @@
-#include <nlohmann/json.hpp>
-
 #include <cmath>
 
 #include "DisplayText.h"
-#include "SongFacts.h"
+#include "JsonParts.h"
 
 namespace Sonarello {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-Json PlaceJson(const Place& place) {
-  return {{"tick", place.Tick}, {"position", place.Text}, {"milliseconds", place.Milliseconds}};
-}
 
 Json ValueJson(const std::optional<DeskValue>& value) {
   if (!value) return nullptr;
@@ -31,6 +23,7 @@ Json ChannelJson(const ChannelFacts& channel) {
           {"bankMSB", ValueJson(channel.BankMSB)},
           {"bankLSB", ValueJson(channel.BankLSB)},
           {"program", channel.Program ? Json(channel.Program->Value) : Json(nullptr)},
+          {"sound", channel.Sound.empty() ? Json(nullptr) : Json(DecodeText(channel.Sound))},
           {"drumPart", channel.DrumPart},
           {"notes", channel.Notes},
           {"controllers", std::move(controllers)}};
@@ -92,7 +85,7 @@ Json ChangesJson(const SongDesk& desk) {
 }  // namespace
 
 std::string SongJson(const SongDesk& desk, const std::string& file, bool changes) {
-  const SongFacts facts = GatherFacts(desk.song);
+  const SongFacts facts = GatherFacts(desk);
   Json song = {
       {"file", DecodeText(file)},
       {"title", DecodeText(facts.Title)},

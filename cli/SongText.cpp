@@ -116,6 +116,7 @@ std::string ChannelTable(const SongFacts& facts, bool routes) {
                                             {"MSB ", Align::Right},
                                             {"LSB ", Align::Right},
                                             {"Prog ", Align::Right},
+                                            {Text("Klang", "Sound"), Align::Left},
                                             {"Drum", Align::Right},
                                             {Text("Noten", "Notes"), Align::Right}};
   if (routes) columns.insert(columns.begin() + 3, {"Route", Align::Right});
@@ -129,6 +130,7 @@ std::string ChannelTable(const SongFacts& facts, bool routes) {
     row.push_back(ValueText(channel.BankMSB));
     row.push_back(ValueText(channel.BankLSB));
     row.push_back(ValueText(channel.Program));
+    row.push_back(VisibleText(channel.Sound));
     row.push_back(channel.DrumPart == 0 ? "-" : std::to_string(channel.DrumPart));
     row.push_back(channel.Notes == 0 ? "-" : std::to_string(channel.Notes));
     for (const auto& controller : channel.Controllers) row.push_back(ValueText(controller));
@@ -169,7 +171,7 @@ std::string TickText(const TChange& change) {
 }  // namespace
 
 std::string SongText(const SongDesk& desk, const std::string& file) {
-  const SongFacts facts = GatherFacts(desk.song);
+  const SongFacts facts = GatherFacts(desk);
   return HeaderText(desk, facts, file) + "\n" + ChannelTable(facts, desk.RouteCount() > 1) + "\n" +
          Legend();
 }

@@ -15,8 +15,12 @@ struct CommandRow {
   int (*Run)(const Arguments&, const Setup&, Console&);
 };
 constexpr CommandRow CommandRows[] = {
-    {"show", ShowCommand}, {"events", EventsCommand}, {"decode", DecodeCommand},
-    {"save", SaveCommand}, {"new", NewCommand},       {"instruments", InstrumentsCommand},
+    {"show", ShowCommand},     {"events", EventsCommand},
+    {"decode", DecodeCommand}, {"save", SaveCommand},
+    {"fit", FitCommand},       {"revoice", RevoiceCommand},
+    {"new", NewCommand},       {"instruments", InstrumentsCommand},
+    {"sounds", SoundsCommand}, {"name", NameCommand},
+    {"drums", DrumsCommand},
 };
 
 int Complain(Console& console, const std::string& complaint) {
@@ -35,6 +39,7 @@ int Run(const std::vector<std::string>& words, Console& console) {
   std::string complaint;
   const std::optional<Setup> setup = MakeSetup(*parsed.Todo, complaint);
   if (!setup) return Complain(console, complaint);
+  TellMessages(console, "sonarello-cli", setup->complaints);
   for (const CommandRow& row : CommandRows)
     if (parsed.Todo->Command == row.Name) return row.Run(*parsed.Todo, *setup, console);
   return WrongUsage;

@@ -83,11 +83,13 @@ bool Matches(const TPatch& row, const TAddress& address) {
   return same(row.CC00, address.CC00) && same(row.CC32, address.CC32) && same(row.Patch, address.Patch);
 }
 
+/// A row of a list, or one of the kits of its last row.
 struct TPlace {
   const TSoundList* List = nullptr;
   std::size_t Index = 0;
+  bool IsKit = false;
 
-  [[nodiscard]] const TPatch& Row() const { return List->Rows[Index]; }
+  [[nodiscard]] const TPatch& Row() const { return IsKit ? List->Kits[Index] : List->Rows[Index]; }
 };
 
 /// The first row in the lists of these scopes that is asked for.
@@ -101,10 +103,25 @@ std::optional<TPlace> FindRow(std::span<const TSoundList> lists, InScope&& inSco
   return {};
 }
 
+/// The first kit of the last rows of program-indexed lists that is asked for. They stand in the scope
+/// of drums, or of the drums of their map.
+template <class Wanted>
+std::optional<TPlace> FindProgramKit(std::span<const TSoundList> lists, std::optional<Scope> scope,
+                                     Wanted&& wanted) {
+  for (const TSoundList& list : lists) {
+    if (list.Spec == nullptr || (scope && *scope != KitScope(list.Spec->Scope))) continue;
+    const auto kit = std::ranges::find_if(list.Kits, wanted);
+    if (kit != list.Kits.end())
+      return TPlace{&list, static_cast<std::size_t>(kit - list.Kits.begin()), true};
+  }
+  return {};
+}
+
 std::optional<TPlace> FindKit(std::span<const TSoundList> lists, const TAddress& address,
                               std::optional<Scope> scope) {
   const auto wanted = [&](const TPatch& row) { return Matches(row, address); };
   const auto kits = [&](Scope s) { return scope ? s == *scope : HoldsKits(s); };
+  if (auto kit = FindProgramKit(lists, scope, wanted)) return kit;
   if (auto kit = FindRow(lists, kits, wanted)) return kit;
   const auto notes = [&](Scope s) { return scope ? s == NotesOf(*scope) : HoldsNotes(s); };
   return FindRow(lists, notes, wanted);
@@ -120,7 +137,7 @@ std::optional<TPlace> FindNames(std::span<const TSoundList> lists, const TPlace&
   const auto wanted = [&](const TPatch& row) {
     return Matches(row, address) && CellsOf(row).HasNames();
   };
-  const Scope own = kit.List->Spec->Scope;
+  const Scope own = kit.IsKit ? KitScope(kit.List->Spec->Scope) : kit.List->Spec->Scope;
   const auto near = [&](Scope s) { return s == own || s == NotesOf(own); };
   if (auto names = FindRow(lists, near, wanted)) return names;
   return FindRow(

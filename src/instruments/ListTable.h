@@ -52,6 +52,14 @@ inline constexpr int ScopeCount = 18;
   return static_cast<Scope>(static_cast<int>(first) + n);
 }
 
+/// Where the kits of a program-indexed list of sounds are asked for: as drums, or as the drums of its
+/// map.
+[[nodiscard]] constexpr Scope KitScope(Scope sounds) noexcept {
+  const bool map = sounds >= Scope::Map1 && sounds <= Scope::Map4;
+  return map ? ScopePlus(sounds, static_cast<int>(Scope::MapDrums1) - static_cast<int>(Scope::Map1))
+             : Scope::Drums;
+}
+
 /// Where a list's rows come from.
 enum class ListKind : std::uint8_t {
   Real,      ///< the instrument's own sounds

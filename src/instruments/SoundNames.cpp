@@ -217,6 +217,7 @@ TBank TSoundNames::MissingBank(int channel) const {
 }
 
 void TSoundNames::AdaptBanks(const TProgramIndex& programs) {
+  adapted.fill({});
   if (!options.AutoProgChange) return;
   for (int c = 0; c < ChannelCount; ++c) {
     const auto& events = programs[static_cast<std::size_t>(c)];
@@ -249,10 +250,17 @@ void TSoundNames::ChooseDrumBank(int channel, const std::vector<TProgramEvent>& 
     if (msb) toDrums = (e.Value[1] == 0 && drumsIfZero) || IsForeignDrumBank(*set, e.Value[1]);
     const auto value = static_cast<std::uint8_t>(msb ? own.CC00 : own.CC32);
     if (!toDrums || e.Value[1] == value) continue;
+    NoteAdapted(channel, msb, e.Value[1]);
     e.Value[1] = value;
     LogChange(song, ChangeKind::Rewritten, p.Track, e, "Schlagzeugbank des Instruments",
               "the instrument's drum bank");
   }
+}
+
+void TSoundNames::NoteAdapted(int channel, bool msb, int value) {
+  TAddress& original = adapted[static_cast<std::size_t>(channel)];
+  int& bank = msb ? original.CC00 : original.CC32;
+  if (bank < 0) bank = value;
 }
 
 void TSoundNames::DecideDrumParts() {
@@ -279,8 +287,29 @@ void TSoundNames::DecideDrumParts() {
 void TSoundNames::NameAll() {
   for (int c = 0; c < ChannelCount; ++c) {
     const TMidiChannelData& data = song.MidiData[static_cast<std::size_t>(c)];
-    if (data.Active && data.Patch >= 0) static_cast<void>(PatchName(c));
+    if (data.Active && data.Patch >= 0) NameOnOpen(c);
   }
+  adapted.fill({});
+}
+
+/// Names a channel; a bank that was adapted before counts as mended, too.
+void TSoundNames::NameOnOpen(int channel) {
+  const std::size_t before = mended.size();
+  const TAddress asked = QueryOf(channel).Address;
+  const std::string name = PatchName(channel);
+  const TAddress& original = adapted[static_cast<std::size_t>(channel)];
+  if (original == TAddress{}) return;
+  if (mended.size() == before) {
+    const TypMidiEvent* program = song.MidiData[static_cast<std::size_t>(channel)].PatchEvent;
+    mended.push_back({.Channel = channel,
+                      .Position = program == nullptr ? 0 : program->Position,
+                      .Asked = asked,
+                      .Given = QueryOf(channel).Address,
+                      .Name = name,
+                      .Mended = true});
+  }
+  if (original.CC00 >= 0) mended.back().Asked.CC00 = original.CC00;
+  if (original.CC32 >= 0) mended.back().Asked.CC32 = original.CC32;
 }
 
 namespace {

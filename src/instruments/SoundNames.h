@@ -1,6 +1,7 @@
 // Sonarello: the sounds of a song's channels, named and mended in their instruments' terms.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -84,6 +85,8 @@ class TSoundNames {
   [[nodiscard]] int DefaultMap(int channel) const;
   void ChooseMap(const std::vector<TProgramEvent>& events, int map);
   void ChooseDrumBank(int channel, const std::vector<TProgramEvent>& events);
+  void NoteAdapted(int channel, bool msb, int value);
+  void NameOnOpen(int channel);
   [[nodiscard]] TNaming Naming() const;
   [[nodiscard]] TSoundQuery QueryOf(int channel) const;
   [[nodiscard]] std::string OrganFluteOf(int channel, const TSoundName& name) const;
@@ -95,6 +98,8 @@ class TSoundNames {
   const Options& options;
   const IRoutes& routes;
   std::vector<TSoundFinding> mended;
+  /// Banks that channels had before they were adapted, of their first such sound; -1: as it was.
+  std::array<TAddress, ChannelCount> adapted{};
 };
 
 }  // namespace Sonarello

@@ -10,12 +10,6 @@ namespace {
 
 bool IsIndexed(Scope scope) { return scope != Scope::Companion && scope != Scope::Categories; }
 
-/// Kits of a program-indexed list answer where the instrument's kits are asked for.
-Scope KitScope(Scope sounds) {
-  const int map = static_cast<int>(sounds) - static_cast<int>(Scope::Map1);
-  return map >= 0 && map < MostMaps ? ScopePlus(Scope::MapDrums1, map) : Scope::Drums;
-}
-
 }  // namespace
 
 AddressIndex::AddressIndex() { byProgram.fill(-1); }

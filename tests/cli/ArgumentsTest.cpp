@@ -4,6 +4,7 @@
 
 #include "Composition.h"
 #include "core/Texts.h"
+#include "helpers/InGerman.h"
 
 namespace Sonarello {
 namespace {
@@ -82,6 +83,75 @@ TEST(Arguments, ReadTheWishesForANewSong) {
   EXPECT_EQ(parsed.Todo->NewSong.Numerator, 6);
   EXPECT_EQ(parsed.Todo->NewSong.Denominator, 8);
   EXPECT_EQ(parsed.Todo->NewSong.Tempo, 96);
+}
+
+TEST(Arguments, ReadTheAddressOfASound) {
+  const ParsedArguments parsed = ParseArguments({"name", "--msb", "121", "--lsb", "0", "--program",
+                                                 "127", "--channel", "10", "--drum-part", "2"});
+  ASSERT_TRUE(parsed.Todo) << parsed.Complaint;
+  EXPECT_EQ(parsed.Todo->MSB, 121);
+  EXPECT_EQ(parsed.Todo->LSB, 0);
+  EXPECT_EQ(parsed.Todo->Program, 127);
+  EXPECT_EQ(parsed.Todo->Channel, 10);
+  EXPECT_EQ(parsed.Todo->DrumPart, 2);
+}
+
+TEST(Arguments, LeaveWhatIsNotSaidOfASoundOpen) {
+  const ParsedArguments parsed = ParseArguments({"name", "--program", "0"});
+  ASSERT_TRUE(parsed.Todo) << parsed.Complaint;
+  EXPECT_FALSE(parsed.Todo->MSB);
+  EXPECT_FALSE(parsed.Todo->LSB);
+  EXPECT_FALSE(parsed.Todo->Channel);
+  EXPECT_FALSE(parsed.Todo->DrumPart);
+}
+
+TEST(Arguments, ReadWhatIsAskedOfTheSoundsOfAnInstrument) {
+  const ParsedArguments sounds = ParseArguments({"sounds", "--list", "GM2", "--search", "Flöte"});
+  ASSERT_TRUE(sounds.Todo) << sounds.Complaint;
+  EXPECT_EQ(sounds.Todo->List, "GM2");
+  EXPECT_EQ(sounds.Todo->Search, "Flöte");
+  const ParsedArguments drums = ParseArguments({"drums", "--kit", "Room"});
+  ASSERT_TRUE(drums.Todo) << drums.Complaint;
+  EXPECT_EQ(drums.Todo->Kit, "Room");
+  const ParsedArguments instruments = ParseArguments({"instruments", "--coverage"});
+  ASSERT_TRUE(instruments.Todo) << instruments.Complaint;
+  EXPECT_TRUE(instruments.Todo->Coverage);
+}
+
+TEST(Arguments, ReadTargetAndFormatOfEveryCommandThatSaves) {
+  for (const Words& command : {Words{"save"}, Words{"fit"}, Words{"revoice", "--rules", "r.txt"}}) {
+    Words words = command;
+    words.insert(words.end(), {"a.mid", "b.mid", "-o", "out", "--format", "0"});
+    const ParsedArguments parsed = ParseArguments(words);
+    ASSERT_TRUE(parsed.Todo) << parsed.Complaint;
+    EXPECT_THAT(parsed.Todo->Files, ElementsAre("a.mid", "b.mid"));
+    EXPECT_EQ(parsed.Todo->Output, "out");
+    EXPECT_EQ(parsed.Todo->Format, 0);
+    EXPECT_EQ(parsed.Todo->Rules, command.front() == "revoice" ? "r.txt" : "");
+  }
+}
+
+TEST(Arguments, SayWhatIsWrongWithTheQuestionForASound) {
+  EXPECT_EQ(ComplaintOf({"fit", "a"}), "The target is missing: -o OUT");
+  EXPECT_EQ(ComplaintOf({"revoice", "--rules", "r"}), "A file is missing");
+  EXPECT_EQ(ComplaintOf({"revoice", "a", "-o", "b"}), "The rules are missing: --rules FILE");
+  EXPECT_EQ(ComplaintOf({"name"}), "The program is missing: --program N");
+  EXPECT_EQ(ComplaintOf({"drums", "--msb", "1"}), "The program is missing: --program N");
+  EXPECT_EQ(ComplaintOf({"drums", "--kit", "a", "--program", "1"}),
+            "--kit and --program exclude each other");
+  EXPECT_THAT(ComplaintOf({"name", "--program", "128"}), HasSubstr("0 … 127"));
+  EXPECT_THAT(ComplaintOf({"name", "--program", "0", "--msb", "-1"}), HasSubstr("--msb"));
+  EXPECT_THAT(ComplaintOf({"name", "--program", "0", "--lsb", "x"}), HasSubstr("--lsb"));
+  EXPECT_THAT(ComplaintOf({"name", "--program", "0", "--drum-part", "4"}), HasSubstr("0 … 3"));
+  EXPECT_NE(ComplaintOf({"sounds", "a"}), "");
+}
+
+TEST(Arguments, SayInGermanWhatIsWrongWithTheQuestionForASound) {
+  const InGerman german;
+  EXPECT_EQ(ComplaintOf({"revoice", "a", "-o", "b"}), "Es fehlen die Regeln: --rules FILE");
+  EXPECT_EQ(ComplaintOf({"name"}), "Es fehlt das Programm: --program N");
+  EXPECT_EQ(ComplaintOf({"drums", "--kit", "a", "--program", "1"}),
+            "--kit und --program schließen einander aus");
 }
 
 TEST(Arguments, SayWhatIsWrong) {

@@ -51,6 +51,20 @@ TEST(DisplayText, ShortensByCharacters) {
   EXPECT_EQ(TextWidth("Grüße"), 5U);
 }
 
+TEST(DisplayText, MakesSmallLettersOfLatinCapitals) {
+  EXPECT_EQ(SmallLetters("AZaz[@09 GRAND"), "azaz[@09 grand");
+  EXPECT_EQ(SmallLetters("ÄÖÜÀÞß×÷ÿŸ"), "äöüàþß×÷ÿÿ");
+  EXPECT_EQ(SmallLetters("ĀāĶķĹĺŇňŊŋŶŷŹźŽž"), "āāķķĺĺňňŋŋŷŷźźžž");
+}
+
+TEST(DisplayText, LeavesWhatHasNoCapitalsInLatinScript) {
+  EXPECT_EQ(SmallLetters("ĸŉſ"), "ĸŉſ");
+  EXPECT_EQ(SmallLetters("İı"), "İı");
+  EXPECT_EQ(SmallLetters("ピアノ Ж 🎹"), "ピアノ Ж 🎹");
+  EXPECT_EQ(SmallLetters("\xC4\xFF"), "\xC4\xFF");
+  EXPECT_EQ(SmallLetters(""), "");
+}
+
 TEST(TextTable, AlignsByCharactersAndLeavesNoBlanksBehind) {
   TextTable table({{"Ü", Align::Right}, {"Name", Align::Left}, {"X", Align::Left}});
   table.AddRow({"10", "ä", ""});

@@ -6,101 +6,14 @@ usage: program_test.py PROGRAM [unittest arguments]
 import json
 import os
 import pty
-import shutil
-import struct
 import subprocess
-import sys
-import tempfile
-import unittest
-from pathlib import Path
 
-PROGRAM = ""
-
-
-def vlq(number):
-    data = [number & 127]
-    while number := number >> 7:
-        data.append(0x80 | (number & 127))
-    return bytes(reversed(data))
-
-
-def track(*events):
-    """A chunk of (tick, bytes) pairs, End of track included."""
-    body, last = b"", 0
-    for tick, data in events:
-        body += vlq(tick - last) + bytes(data)
-        last = tick
-    body += b"\x00\xff\x2f\x00"
-    return b"MTrk" + struct.pack(">I", len(body)) + body
-
-
-def smf(form, *tracks, division=480):
-    return b"MThd" + struct.pack(">IHHH", 6, form, len(tracks), division) + b"".join(tracks)
-
-
-def meta(kind, data):
-    return b"\xff" + bytes([kind]) + vlq(len(data)) + data
-
-
-def conductor(name="Grüße".encode("latin-1")):
-    return track((0, meta(3, name)), (0, meta(0x58, b"\x04\x02\x18\x08")),
-                 (0, meta(0x51, (500000).to_bytes(3, "big"))))
-
-
-def song(count_in=True):
-    """Two channels in format 1, with a GM reset, a count-in and sounds at tick 0."""
-    drums = [(0, b"\xc9\x08")]
-    if count_in:
-        for n in range(4):
-            drums += [(1920 + n * 480, [0x99, 37, 100]), (1980 + n * 480, [0x99, 37, 0])]
-    drums += [(3840, [0x99, 36, 90]), (3900, [0x89, 36, 64])]
-    piano = [(0, b"\xf0\x05\x7e\x7f\x09\x01\xf7"), (0, b"\xb0\x07\x5a"), (0, b"\xc0\x05"),
-             (3840, [0x90, 60, 90]), (4800, [0x80, 60, 64])]
-    return smf(1, conductor(), track(*piano), track(*drums))
-
-
-def format0():
-    return smf(0, track((0, meta(3, b"One")), (0, b"\xc0\x05"), (480, [0x90, 60, 90]),
-                        (960, [0x80, 60, 64]), (960, [0x91, 62, 90]), (1440, [0x81, 62, 64])))
-
+import outside
+from outside import HEADER_FAULT, TEXTS, ProgramTest, conductor, format0, meta, smf, song, track
 
 # Running status over a meta: the second note has no status of its own.
 SURVIVING = smf(1, conductor(), track((0, [0x90, 60, 90]), (10, [0x80, 60, 64]),
                                       (20, meta(1, b"x")), (30, [60, 0])))
-HEADER_FAULT = b"MThX" + song()[4:]
-TEXTS = {
-    "short": ("Fehler in der Mididatei: Datei zu kurz!", "Error in midifile: file too short!"),
-    "header": ("Error in midi file header - 1!",) * 2,
-}
-
-
-class ProgramTest(unittest.TestCase):
-    def setUp(self):
-        self.folder = Path(tempfile.mkdtemp(prefix="sonarello-cli-"))
-        self.addCleanup(shutil.rmtree, self.folder, True)
-
-    def file(self, name, data):
-        path = self.folder / name
-        path.write_bytes(data)
-        return str(path)
-
-    def run_program(self, *words, lang="C.UTF-8", **more):
-        environment = {k: v for k, v in os.environ.items() if k not in ("LC_ALL", "LC_MESSAGES")}
-        environment["LANG"] = lang
-        done = subprocess.run([PROGRAM, *words], capture_output=True, env=environment, timeout=60,
-                              stdin=subprocess.DEVNULL, check=False, cwd=self.folder, **more)
-        done.out = done.stdout.decode("utf-8", "surrogateescape")
-        done.err = done.stderr.decode("utf-8", "surrogateescape")
-        return done
-
-    def expect(self, status, *words, **more):
-        done = self.run_program(*words, **more)
-        self.assertEqual(done.returncode, status, done.err + done.out)
-        return done
-
-    def events(self, path, *words):
-        lines = self.expect(0, "events", path, *words).out.splitlines()
-        return [line.split("\t") for line in lines]
 
 
 class Usage(ProgramTest):
@@ -113,7 +26,8 @@ class Usage(ProgramTest):
 
     def test_help_names_every_command_and_speaks_the_users_language(self):
         english = self.run_program("--help").out
-        for word in ("show", "events", "decode", "save", "new", "instruments", "PrevCommandMode"):
+        for word in ("show", "events", "decode", "save", "fit", "revoice", "new", "instruments", "sounds",
+                     "name", "drums", "PrevCommandMode"):
             self.assertIn(word, english)
         self.assertIn("Aufruf:", self.run_program("--help", lang="de_DE.UTF-8").out)
         self.assertIn("Aufruf:", self.run_program("--help", "--lang", "de").out)
@@ -166,6 +80,8 @@ class Show(ProgramTest):
         piano = shown["channels"][0]
         self.assertTrue(piano["active"])
         self.assertEqual((piano["program"], piano["notes"]), (5, 1))
+        self.assertTrue(piano["sound"])
+        self.assertIsNone(shown["channels"][1]["sound"])
         self.assertEqual(piano["controllers"]["7"], {"value": 90, "placeholder": False})
         self.assertEqual(piano["controllers"]["10"], {"value": 64, "placeholder": True})
         self.assertFalse(shown["channels"][1]["active"])
@@ -175,9 +91,10 @@ class Show(ProgramTest):
         self.assertIn(("moved", "Program change 5, channel 1"), whats)
 
     def test_placeholders_stand_in_brackets(self):
-        out = self.expect(0, "show", self.file("a.mid", song())).out
+        out = self.expect(0, "show", self.file("a.mid", song()), "-i", "GM Soundset").out
         row = next(line.split() for line in out.splitlines() if line.startswith(" 1  *"))
-        self.assertEqual(row, "1 * 1 0 0 5 - 1 90 (64) (127) (64) (64) (64) (64) (40) (0) (0) (0)".split())
+        self.assertEqual(row, ("1 * 1 0 0 5 Electric Piano 2 - 1 90 (64) (127) (64) (64) (64) (64) (40) "
+                               "(0) (0) (0)").split())
 
     def test_changes_tell_what_and_why(self):
         path = self.file("a.mid", song())
@@ -423,7 +340,7 @@ class Streams(ProgramTest):
     def test_a_reader_that_goes_away_is_no_failure(self):
         notes = [(n * 10, [0x90 if n % 2 == 0 else 0x80, 60, 90]) for n in range(20000)]
         path = self.file("long.mid", smf(1, conductor(), track(*notes)))
-        with subprocess.Popen([PROGRAM, "events", path], stdout=subprocess.PIPE,
+        with subprocess.Popen([outside.PROGRAM, "events", path], stdout=subprocess.PIPE,
                               stderr=subprocess.PIPE) as process:
             process.stdout.read(100)
             process.stdout.close()
@@ -434,16 +351,17 @@ class Streams(ProgramTest):
         path = self.file("a.mid", song())
         for words in (["show", path], ["events", path], ["instruments"], ["--help"]):
             with open("/dev/full", "wb") as full:
-                done = subprocess.run([PROGRAM, *words], stdout=full, stderr=subprocess.PIPE, timeout=60,
+                done = subprocess.run([outside.PROGRAM, *words], stdout=full, stderr=subprocess.PIPE, timeout=60,
                                       check=False)
             self.assertEqual(done.returncode, 1, words)
             self.assertIn(b"No space left", done.stderr)
 
-    def on_terminal(self, *words, typed=b""):
-        """Status and standard error of a run that has a terminal."""
+    def on_terminal(self, *words, typed=b"", results=False):
+        """Status and standard error of a run that has a terminal; with its results if wished."""
         main, terminal = pty.openpty()
-        with subprocess.Popen([PROGRAM, *words], stdin=terminal, stderr=terminal,
-                              stdout=subprocess.DEVNULL, cwd=self.folder) as process:
+        with subprocess.Popen([outside.PROGRAM, *words], stdin=terminal, stderr=terminal,
+                              stdout=terminal if results else subprocess.DEVNULL,
+                              cwd=self.folder) as process:
             os.close(terminal)
             os.write(main, typed)
             told = b""
@@ -463,6 +381,12 @@ class Streams(ProgramTest):
         self.assertIn("\x1b[K2/2 b.mid", self.on_terminal("save", "a.mid", "b.mid", "-o", "out")[1])
         self.assertNotIn("\x1b", self.on_terminal("save", "a.mid", "b.mid", "-o", "out", "-q")[1])
 
+    def test_results_do_not_run_into_the_line_of_the_progress(self):
+        self.file("a.mid", song())
+        self.file("b.mid", HEADER_FAULT)
+        told = self.on_terminal("fit", "a.mid", "b.mid", "-o", "out", results=True)[1]
+        self.assertIn("\x1b[K1/2 a.mid\r\x1b[KFile  ", told)
+
     def test_a_question_is_asked_on_a_terminal(self):
         for name in ("a.mid", "b.mid"):
             self.file(name, song())
@@ -478,5 +402,4 @@ class Streams(ProgramTest):
 
 
 if __name__ == "__main__":
-    PROGRAM = os.path.abspath(sys.argv.pop(1))
-    unittest.main()
+    outside.main()

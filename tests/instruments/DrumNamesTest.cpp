@@ -468,6 +468,15 @@ TEST(DrumNames, OfTheGenosAreKnownByAddress) {
   EXPECT_EQ(ReadDrumNames(genos.set, {120, 0, 0}, Scope::GM2Drums).DrumSetName, "GM2 Standard Set");
 }
 
+TEST(DrumNames, TakeAKitOfTheLastRowOfPrograms) {
+  const Instrument psr8000(5);
+  const TDrumNames hit = ReadDrumNames(psr8000.set, {127, 0, 4});
+  EXPECT_EQ(hit.DrumSetName, "Hit Kit");
+  const TDrumNames standard = ReadDrumNames(psr8000.set, {127, 0, 0}, Scope::Drums);
+  EXPECT_EQ(standard.DrumSetName, "Std.Kit1");
+  EXPECT_FALSE(standard.Names[36].empty()) << "the notes stand in a list of their own";
+}
+
 TEST(DrumNames, AreFoundForEveryKitOfEveryInstrument) {
   int kits = 0;
   int named = 0;

@@ -301,6 +301,17 @@ TEST(SoundNames, WritesAChosenSoundToValuesAndEvents) {
 
 // --- What a fitted song still lacks
 
+TEST(SoundNames, ListsAnAdaptedDrumBankAsMended) {
+  SoundBench bench(GM2);
+  ASSERT_TRUE(bench.Open(SongWith(11, {127, 3, 40})));
+  const std::vector<TSoundFinding> findings = bench.names.Findings();
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_TRUE(findings[0].Mended);
+  EXPECT_EQ(findings[0].Asked, (TAddress{127, 3, 40}));
+  EXPECT_EQ(findings[0].Given, (TAddress{120, 0, 40}));
+  EXPECT_EQ(findings[0].Name, "Brush");
+}
+
 TEST(SoundNames, ListsWhatWasMendedAndWhatStaysUnknown) {
   SoundBench bench(GM2);
   Smf song(1, 480);
