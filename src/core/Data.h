@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/Meta.h"
+#include "core/TimeRecords.h"
 
 namespace Sonarello {
 
@@ -140,6 +141,16 @@ struct TCtrl {
 struct TDrumsRec {
   std::int8_t DeltaVelocity = 0;  ///< added to every velocity of this note
   std::int8_t Transpose = 0;      ///< shift between the note shown and the note sent, semitones
+  bool Mute = false;              ///< the player leaves the note out
+  std::int8_t Level = -1;         ///< 0-127; -1: the song sets none
+  std::int8_t LowPass = -1;
+  std::int8_t Pitch = -1;
+  std::int8_t Reverb = -1;
+  std::int8_t sLevel = -1;  ///< as they were on load, or before the song was wound
+  std::int8_t sLowPass = -1;
+  std::int8_t sPitch = -1;
+  std::int8_t sReverb = -1;
+  std::int32_t XValue = 0;  ///< position of the last note that was played, ms; 0: its light is dark
 };
 
 /// The desk's view of one MIDI channel, whichever tracks hold its events.
@@ -168,40 +179,6 @@ struct TNotesVelocities {
   bool Mapped = false;          ///< a range is stored
   std::uint8_t NewMinimum = 0;  ///< range that [Minimum, Maximum] is mapped to
   std::uint8_t NewMaximum = 0;
-};
-
-/// A tempo change. Durations are microseconds per quarter note.
-struct TTempo {
-  std::int32_t SongPosition = -1;  ///< ticks
-  std::int32_t TempoLongInt = 0;
-  std::int32_t OldTempoLongInt = 0;
-  std::int32_t OriginalTempoLongint = 0;
-  std::uint16_t Tempo = 0;  ///< beats per minute, rounded
-};
-
-/// A time signature.
-struct TTimeSign {
-  std::int32_t SongPosition = -1;  ///< ticks
-  std::uint8_t Numerator = 0;
-  std::uint8_t Denominator = 0;  ///< the note value itself: 4 for a quarter
-  std::uint8_t TicksInMClick = 0;
-  std::uint8_t _32NotesInQNote = 0;
-};
-
-/// One segment of the time map, valid from its `SongPosition` to the next segment's.
-struct TTimeZone {
-  std::int32_t SongPosition = 0;  ///< ticks
-  std::int32_t Measure = 0;       ///< from 1
-  std::uint8_t Beat = 0;          ///< from 1
-  std::uint16_t Ticks = 0;        ///< from 0
-  std::uint16_t Tempo = 0;        ///< beats per minute
-  std::int32_t TempoLongInt = 0;  ///< microseconds per quarter
-  float TempoComp = 0;            ///< milliseconds per tick
-  std::int32_t Time = 0;          ///< milliseconds at `SongPosition`
-  std::int32_t DisplayTimeOffset = 0;
-  std::int32_t DisplayTimerPrep = 0;
-  std::uint8_t TS_Denominator = 0;
-  std::uint8_t TS_Numerator = 0;
 };
 
 /// A key signature of a track: sharps (positive) or flats, and major (0) or minor (1).
@@ -236,7 +213,10 @@ struct TMidiRouting {
   std::string Instrument;         ///< name as in the instrument catalogue
   std::uint8_t InstrumValue = 0;  ///< its number there
   std::string OutputName;
-  bool VSTi = false;  ///< a hosted instrument, not a port
+  std::uint8_t OutputDevID = 0;  ///< device number of the port, or slot of the hosted instrument
+  bool MSWavetable = false;      ///< a software synthesizer that takes no sysex and no bank selects
+  bool VSTi = false;             ///< a hosted instrument, not a port
+  std::uint32_t VSTiHandle = 0;  ///< the hosted instrument, as its host knows it
   std::int32_t VSTiUniqueID = 0;
 };
 

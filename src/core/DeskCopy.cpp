@@ -17,16 +17,15 @@ std::uint8_t AsVelocity(int value) {
   return static_cast<std::uint8_t>(std::clamp(value, LeastVelocity, GreatestVelocity));
 }
 
-/// A velocity brought from the range that the channel has to the one that the velocity editor asks for.
-std::uint8_t Mapped(const TNotesVelocities& range, int velocity) {
+}  // namespace
+
+std::uint8_t MappedVelocity(const TNotesVelocities& range, int velocity) noexcept {
   const int oldRange = range.Maximum - range.Minimum;
   const double newRange = range.NewMaximum - range.NewMinimum;
   // Notes that are all alike go to the middle of the new range.
   const double place = oldRange == 0 ? 0.5 : static_cast<double>(velocity - range.Minimum) / oldRange;
   return AsVelocity(static_cast<int>(std::nearbyint(place * newRange)) + range.NewMinimum);
 }
-
-}  // namespace
 
 DeskCopy::DeskCopy(const Song& song, const SongHooks& hooks) {
   for (int c = 0; c < ChannelCount; ++c) {
@@ -57,7 +56,7 @@ void DeskCopy::SetVelocities(const Song& song, int channel) {
   mapped[index] = range.Mapped;
   changesNotes |= range.Mapped;
   for (std::size_t i = 0; i < KeyCount; ++i) {
-    velocities[index][i] = Mapped(range, static_cast<int>(i));
+    velocities[index][i] = MappedVelocity(range, static_cast<int>(i));
     deltas[index][i] = static_cast<std::int16_t>(song.VelocityDelta[index] +
                                                  song.MidiData[index].DrumArray[i].DeltaVelocity);
     changesNotes |= deltas[index][i] != 0;

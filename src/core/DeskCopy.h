@@ -18,6 +18,10 @@ struct TShortMessage {
   std::uint8_t Value1 = 0;
 };
 
+/// A velocity (1-127) brought from the range that a channel has to the one that the velocity editor
+/// asks for; 1-127.
+[[nodiscard]] std::uint8_t MappedVelocity(const TNotesVelocities& range, int velocity) noexcept;
+
 /// Drum transposes, velocities and output channels of a song at one moment, as tables.
 /// Velocity settings change note-ons; the release velocity of a note-off is the song's own.
 class DeskCopy {

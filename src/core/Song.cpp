@@ -1,5 +1,7 @@
 #include "core/Song.h"
 
+#include <utility>
+
 namespace Sonarello {
 
 namespace {
@@ -29,10 +31,14 @@ void ForgetList(TMyTrack& track) {
 
 }  // namespace
 
-TMyTrack* Song::DSPTrackOf(int instrumValue) noexcept {
+const TMyTrack* Song::DSPTrackOf(int instrumValue) const noexcept {
   for (const TDSPTrackRow& row : DSPTrackRows)
     if (row.InstrumValue == instrumValue) return &(DSPTracks.*row.Track);
   return nullptr;
+}
+
+TMyTrack* Song::DSPTrackOf(int instrumValue) noexcept {
+  return const_cast<TMyTrack*>(std::as_const(*this).DSPTrackOf(instrumValue));
 }
 
 void Song::ClearMidiMemory() {
@@ -54,6 +60,8 @@ void Song::ResetChannels() {
   for (auto& channel : FirstControllers) channel.fill(nullptr);
   MidiOutIndex.fill(0);
   VelocityDelta.fill(0);
+  ManualTransposeArray.fill(0);
+  TransposeNew = 0;
   NotesVelocities.fill({});
 }
 

@@ -117,11 +117,14 @@ class Song {
       VelocityDelta{};  ///< added to each note-on velocity, -127 to 127
   /// Route of each channel: index into the routes. A song channel has exactly one output at a time.
   std::array<std::uint8_t, ChannelCount> MidiOutIndex{};
+  std::array<std::int8_t, ChannelCount> ManualTransposeArray{};  ///< octaves, -1 to 1
+  std::int32_t TransposeNew = 0;  ///< semitones by which the song is transposed live
 
   ChangeLog* Changes = nullptr;  ///< nil: nobody asks what fitting changed
 
   /// The effect memory track of the instrument with this catalogue number, or nil.
   [[nodiscard]] TMyTrack* DSPTrackOf(int instrumValue) noexcept;
+  [[nodiscard]] const TMyTrack* DSPTrackOf(int instrumValue) const noexcept;
 
   /// Frees the song: all lists, the effect memories, every reference into them. The channels become
   /// inactive, `MidiFileLoaded` false; `MidiTrack` keeps its length. Harmless on an empty store.
