@@ -22,6 +22,29 @@ function(add_room name)
   endforeach()
 endfunction()
 
+# add_drivers(): the library sonarello_drivers of src/playback/drivers, the only one that knows the
+# libraries for MIDI, audio and sound.
+function(add_drivers)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(RTMIDI REQUIRED IMPORTED_TARGET rtmidi)
+  pkg_check_modules(JACK REQUIRED IMPORTED_TARGET jack)
+  pkg_check_modules(RTAUDIO REQUIRED IMPORTED_TARGET rtaudio)
+  pkg_check_modules(FLUIDSYNTH REQUIRED IMPORTED_TARGET fluidsynth)
+  find_package(Threads REQUIRED)
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/playback/drivers/*.cpp)
+  file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/playback/drivers/*.h)
+  if(NOT sources)
+    add_library(sonarello_drivers INTERFACE)
+    return()
+  endif()
+  add_library(sonarello_drivers STATIC ${sources})
+  target_sources(sonarello_drivers PUBLIC FILE_SET HEADERS
+                 BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${headers})
+  target_link_libraries(sonarello_drivers PUBLIC sonarello_playback
+                        PRIVATE PkgConfig::RTMIDI PkgConfig::JACK PkgConfig::RTAUDIO PkgConfig::FLUIDSYNTH
+                                Threads::Threads)
+endfunction()
+
 # add_room_tests(<name> <libraries>...): the binary test_<name> of tests/<name>, known to ctest test by
 # test. Under a sanitizer the binary runs as one test: a start costs more there than most tests do.
 function(add_room_tests name)

@@ -20,7 +20,7 @@ LIBRARIES = (
     ("Qt", re.compile(r"Q[A-Z]\w*$|Qt\w*/|q[a-z0-9]+\.h$"), ("app/", "tests/app/")),
     ("a MIDI, audio or tag library",
      re.compile(r"(?i)(rtmidi|rtaudio|fluidsynth|juce|taglib)|(alsa|jack)/"),
-     ("src/playback/drivers/", "tests/playback/drivers/")),
+     ("src/playback/drivers/", "tests/playback/drivers/", "bench/")),
     ("a library of the command line", re.compile(r"CLI/|nlohmann/|fmt/"), ("cli/", "tests/cli/")),
     ("a test library", re.compile(r"gtest/|gmock/"), ("tests/",)),
     ("a library of the benchmarks", re.compile(r"benchmark/|(smf/)?smf\.h$"), ("bench/",)),

@@ -1,0 +1,197 @@
+// The player's pass: what has fallen due goes out, track by track.
+#include <algorithm>
+#include <limits>
+
+#include "core/TimeMap.h"
+#include "playback/EventMessages.h"
+#include "playback/LevelMeters.h"
+#include "playback/LiveTempo.h"
+#include "playback/MidiErrors.h"
+#include "playback/MidiPlayer.h"
+#include "playback/SongEnd.h"
+
+namespace Sonarello {
+
+namespace {
+
+constexpr std::int32_t LoopAhead = 10;    ///< ms by which a loop jumps early
+constexpr std::int32_t LargestGap = 100;  ///< ms of audio that one pass makes up for
+
+/// Instruments whose effects live in a track of their own (`Song::DSPTrackOf` finds it).
+void SendDue(TMyTrack& track, std::int32_t position, auto&& send) {
+  PtrMidiEvent& e = track.TrkPlayEvent;
+  while (e != nullptr && e->TimePosition <= position) {
+    if (e->Command == Sysex && e->DLength > 0) send(*e);
+    if (e->NextEvent == nullptr) return;
+    e = e->NextEvent;
+  }
+}
+
+}  // namespace
+
+void TMidiPlayer::PlayMidiData() {
+  const auto gate = p.gate.Enter();
+  if (Tag == MidiReady) {
+    Tag = InMidiPass;
+    inPass = true;
+    MidiPass();
+    inPass = false;
+    Tag = SwitchToVSTiTimer.exchange(false) ? AudioReady : MidiReady;
+    return;
+  }
+  if (Tag == AudioReady) AudioPass();
+}
+
+void TMidiPlayer::AudioPass() {
+  if (!AudioRuns()) {
+    Tag = Parked;
+    return;
+  }
+  Tag = InAudioPass;
+  if (State == TMidiPlayerState::stPlaying && p.audio->IsStartDue()) SwitchToMidiPlayThread = true;
+  if (SwitchToMidiPlayThread.exchange(false)) {
+    StartTime = Now() - TimePosition;
+    lastPutTime = TimePosition;
+    Tag = MidiReady;
+    return;
+  }
+  // Instruments keep sounding while no song plays.
+  const auto elapsed = static_cast<std::int32_t>(Now() - audioStart);
+  if (elapsed - lastPutTime > LargestGap) lastPutTime = elapsed - LargestGap;
+  for (; lastPutTime < elapsed; ++lastPutTime) p.audio->PutNewData(BytesOfMillisecond(lastPutTime));
+  Tag = AudioReady;
+}
+
+void TMidiPlayer::MidiPass() {
+  if (State != TMidiPlayerState::stPlaying) return;
+  if (TempoChanged.exchange(false)) ApplyTempo();
+  MiliSecsSinceStart = Now() - StartTime;
+  if (RecordingActive && !p.options.QuickTakerPresent) {
+    StartTime = Now();
+    MiliSecsSinceStart = 0;
+  }
+  const auto position = static_cast<std::int32_t>(MiliSecsSinceStart);
+  TimePosition = position;
+  if (position > p.song.SongLength + SongTailTime) return StopPlaying();
+  pacer.Advance(Now(),
+                [&](std::size_t route, std::uint8_t command, std::span<const std::uint8_t> bytes) {
+                  SendBytes(static_cast<int>(route), command, bytes);
+                });
+  PlayDue(position);
+  SendEffectTrack(position);
+  FeedAudio(position);
+  if (Looping && position > LoopEnd - LoopAhead) JumpToLoopStart();
+}
+
+void TMidiPlayer::PlayDue(std::int32_t position) {
+  for (std::int32_t t = 0; t < p.song.NumberOfSourceTracks; ++t) {
+    TMyTrack& track = p.song.MidiTrack[static_cast<std::size_t>(t)];
+    if (track.TrkIgnore) continue;
+    PtrMidiEvent& e = track.TrkPlayEvent;
+    while (e != nullptr && e->TimePosition <= position + track.TrkDelay) {
+      if (p.song.MidiFileFormat == 0 || t == ShownTrack) ShownListPos = e->ListPos;
+      SendEvent(e, position);
+      if (e->NextEvent == nullptr) break;
+      e = e->NextEvent;
+    }
+  }
+}
+
+void TMidiPlayer::SendEvent(PtrMidiEvent e, std::int32_t position) {
+  if (e->DLength < 1) return;
+  if (e->Command == Sysex || e->Command == SysexEscape) return SendSongSysex(*e);
+  if (!e->IsChannelEvent()) return;
+  if ((e->Kind() & 0xE0) == NoteOff)
+    SendNote(*e, position);
+  else
+    SendOther(*e);
+  Track(e);
+}
+
+/// Sysex goes to route 0, whichever channel it speaks of.
+void TMidiPlayer::SendSongSysex(const TypMidiEvent& e) {
+  if (NoSysex()) return;
+  const auto send = [&](std::size_t route, std::uint8_t command, std::span<const std::uint8_t> bytes) {
+    SendBytes(static_cast<int>(route), command, bytes);
+  };
+  if (IsHosted(0)) return send(0, e.Command, e.Meta.Bytes());
+  pacer.Send(static_cast<std::size_t>(RouteOf(0)), e.Command, e.Meta, send);
+}
+
+void TMidiPlayer::SendBytes(int route, std::uint8_t command, std::span<const std::uint8_t> bytes) {
+  sysexBytes.clear();
+  // An escape holds bytes as they are; an F7 in front of them would end a sysex that never began.
+  if (command == Sysex) sysexBytes.push_back(command);
+  sysexBytes.insert(sysexBytes.end(), bytes.begin(), bytes.end());
+  try {
+    p.outputs.SendLong(route, sysexBytes);
+  } catch (const EMidiOutputError&) {
+    // On the player's thread nobody could be told; the event is lost as a short one is.
+  }
+}
+
+void TMidiPlayer::SendNote(const TypMidiEvent& e, std::int32_t position) {
+  const auto c = static_cast<std::size_t>(e.Channel());
+  TMidiChannelData& data = p.song.MidiData[c];
+  TRMSValue& meter = p.realtime.RMSValue[c];
+  const bool starts = StartsNote(e);
+  if (!starts && DisplayActive) MeterNoteOff(meter);
+  const auto message = MessageOf(p.song, p.realtime, p.routes, e);
+  if (!message) return;
+  Emit(message->Route, message->Status, message->Data1, message->Data2);
+  if (!starts) return;
+  if (data.DrumPart > 0) data.DrumArray[e.Value[0]].XValue = position;
+  if (DisplayActive) MeterNoteOn(meter, message->Data2);
+}
+
+void TMidiPlayer::SendOther(const TypMidiEvent& e) {
+  if (const auto message = MessageOf(p.song, p.realtime, p.routes, e))
+    Emit(message->Route, message->Status, message->Data1, message->Data2);
+}
+
+void TMidiPlayer::SendEffectTrack(std::int32_t position) {
+  if (NoSysex()) return;
+  TMyTrack* effects = p.song.DSPTrackOf(p.routes.MidiRouting().front().InstrumValue);
+  if (effects == nullptr || effects->TrkFirstEvent == nullptr) return;
+  SendDue(*effects, position, [&](const TypMidiEvent& e) { SendSongSysex(e); });
+}
+
+void TMidiPlayer::FeedAudio(std::int32_t position) {
+  if (!AudioRuns()) return;
+  if (position - lastPutTime > LargestGap) lastPutTime = position - LargestGap;
+  for (; lastPutTime < position; ++lastPutTime) p.audio->PutNewData(BytesOfMillisecond(lastPutTime));
+}
+
+void TMidiPlayer::JumpToLoopStart() {
+  EndLedger();
+  for (int c = 0; c < ChannelCount; ++c) Silence(c);
+  TimePosition = LoopStart;
+  lastPutTime = LoopStart;
+  for (TMyTrack& track : p.song.MidiTrack) track.TrkPlayEvent = track.TrkLoopStart;
+  StartTime = Now() - LoopStart;
+  for (TRMSValue& meter : p.realtime.RMSValue) meter.Count = 0;
+  if (Hooks.LoopRewound) Hooks.LoopRewound();
+}
+
+std::int32_t TMidiPlayer::NextDue() const {
+  std::int32_t next = std::numeric_limits<std::int32_t>::max();
+  for (std::int32_t t = 0; t < p.song.NumberOfSourceTracks; ++t) {
+    const TMyTrack& track = p.song.MidiTrack[static_cast<std::size_t>(t)];
+    if (track.TrkIgnore || track.TrkPlayEvent == nullptr || track.TrkPlayEvent->NextEvent == nullptr)
+      continue;
+    next = std::min(next, track.TrkPlayEvent->TimePosition - track.TrkDelay);
+  }
+  return next;
+}
+
+/// Tempi follow the desk's offset; the song goes on at the same musical place.
+void TMidiPlayer::ApplyTempo() {
+  const std::int32_t tick = TickOfTime(p.song, TimePosition);
+  ApplyTempoOffset(p.song, p.functions, TempoOffset);
+  TimePosition = tick > 0 ? TimeOfPosition(p.song, tick) : 0;
+  StartTime = Now() - TimePosition;
+  lastPutTime = TimePosition;
+  if (Hooks.TempoApplied) Hooks.TempoApplied();
+}
+
+}  // namespace Sonarello
