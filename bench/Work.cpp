@@ -12,6 +12,8 @@
 
 #include "Floors.h"
 #include "Measure.h"
+#include "Player.h"
+#include "Render.h"
 #include "Sounds.h"
 #include "core/MidiFileWriter.h"
 #include "core/OpenPipeline.h"
@@ -147,6 +149,16 @@ void MeasureNames(const Arguments& arguments) {
   std::printf("%.9f %.0f %.12f %.12f", figures.Load, figures.Bytes, figures.LookUp, figures.MapLookUp);
 }
 
+void MeasurePlaying(const Arguments& arguments) {
+  const PlayerFigures figures = MeasurePlayer(arguments.at(1), Instrument(arguments));
+  std::printf("%.9f %.9f %.9f %.12f", figures.Walk, figures.Move, figures.Tempo, figures.Pass);
+}
+
+void MeasureRendering(const Arguments& arguments) {
+  const RenderFigures figures = MeasureRender(arguments.at(1));
+  std::printf("%.9f %.9f %.3f", figures.Ours, figures.Bare, figures.Sound);
+}
+
 }  // namespace
 
 bool Measure(const Arguments& arguments) {
@@ -163,6 +175,10 @@ bool Measure(const Arguments& arguments) {
     MeasureEncode(arguments);
   else if (what == "save")
     MeasureSave(arguments);
+  else if (what == "render")
+    MeasureRendering(arguments);
+  else if (what == "player")
+    MeasurePlaying(arguments);
   else if (what == "sounds")
     MeasureNames(arguments);
   else if (what == "memory")

@@ -167,6 +167,39 @@ void MeasureGrowth(Report& report, const std::string& what, const std::string& b
   report.Row("save grows: " + what, worstSave.ratio, Limit::AtMost, 11, worstSave.how);
 }
 
+void MeasurePlayback(Report& report, const std::string& song, int rounds) {
+  std::printf("the player\n");
+  Series walk, move, tempo;
+  Figures pass;
+  for (int round = 0; round < rounds; ++round) {
+    const Figures figures = InFreshProcess({"measure", "player", song, "87"});
+    walk.Add(figures.at(0));
+    move.Add(figures.at(1));
+    tempo.Add(figures.at(2));
+    pass.push_back(1e6 * figures.at(3));
+  }
+  report.Row("wind to the end / plain walk", move.Over(walk), Limit::AtMost, 1.5, Against(move, walk));
+  report.Row("live tempo change / plain walk", tempo.Over(walk), Limit::AtMost, 4,
+             Against(tempo, walk));
+  report.Row("microseconds of a pass with nothing due", Median(pass), Limit::AtMost, 2, "");
+}
+
+void MeasureRenders(Report& report, const WorkFolder& folder, int rounds) {
+  std::printf("rendering\n");
+  const std::string song = folder.Write("render.mid", MixedSong(10'000));
+  Series ours, bare;
+  double sound = 0;
+  for (int round = 0; round < rounds; ++round) {
+    const Figures figures = InFreshProcess({"measure", "render", song});
+    ours.Add(figures.at(0));
+    bare.Add(figures.at(1));
+    sound = figures.at(2);
+  }
+  report.Row("speed of the render / bare synthesizer", bare.Over(ours), Limit::AtLeast, .9,
+             Against(ours, bare));
+  report.Row("times as fast as it plays", sound / Median(ours.figures), Limit::None, 0, "");
+}
+
 /// Instruments with the most rows, and what naming adds to an open.
 void MeasureNames(Report& report, const WorkFolder& folder, int rounds) {
   std::printf("sounds by their names\n");
@@ -245,6 +278,8 @@ int Run(const Wishes& wishes) {
   }());
   MeasureSong(report, song, wishes.rounds);
   MeasureNames(report, folder, wishes.rounds);
+  MeasurePlayback(report, song, wishes.rounds);
+  MeasureRenders(report, folder, std::min(wishes.rounds, 5));
   if (wishes.shapes) MeasureShapes(report, folder, std::min(wishes.rounds, 5));
   if (report.Missed() > 0) std::printf("%d limits missed\n", report.Missed());
   return wishes.strict && report.Missed() > 0 ? 1 : 0;

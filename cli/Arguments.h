@@ -36,7 +36,13 @@ struct Arguments {
   std::optional<int> MSB, LSB;  ///< name, drums: bank select, 0-127
   std::optional<int> Program;   ///< name, drums: 0-127
   std::optional<int> DrumPart;  ///< name: 0 to 3, 0 for a melodic part
-  std::string Kit;              ///< drums: name of a kit or a part of it; may be empty
+  std::string From, To;         ///< play, render: places as measure:beat; may be empty
+  std::string Loop;             ///< play: two places, "-" between; may be empty
+  std::string Port;             ///< play, monitor: a port's name or a part of it; may be empty
+  std::string SoundFont;    ///< play, render: file of the built-in synthesizer's sounds; may be empty
+  std::string Bits = "16";  ///< render: 16, 16d or 32
+
+  std::string Kit;  ///< drums: name of a kit or a part of it; may be empty
 };
 
 /// Either what to do, or that the program is done: with a help text, or with a complaint.

@@ -11,6 +11,10 @@ int ShowCommand(const Arguments& arguments, const Setup& setup, Console& console
 int EventsCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int DecodeCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int SaveCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int PortsCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int PlayCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int RenderCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int MonitorCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int NewCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int FitCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int RevoiceCommand(const Arguments& arguments, const Setup& setup, Console& console);

@@ -88,8 +88,6 @@ TLoadSettings LoadSettingsOf(const Options& options) {
   return {.DataPath = options.DataPath, .SortSounds = false, .LimexTE200 = options.LimexTE200};
 }
 
-namespace {
-
 void LoadSounds(Setup& setup) {
   auto sounds = std::make_shared<SoundSets>();
   SongMessages messages(false);
@@ -98,8 +96,6 @@ void LoadSounds(Setup& setup) {
   setup.sounds = std::move(sounds);
   setup.complaints = std::move(messages.Shown);
 }
-
-}  // namespace
 
 std::optional<Setup> MakeSetup(const Arguments& arguments, std::string& complaint) {
   Setup setup;

@@ -34,6 +34,8 @@ struct Setup {
 /// Options and routes from the command line. What is wrong is told in `complaint`.
 [[nodiscard]] std::optional<Setup> MakeSetup(const Arguments& arguments, std::string& complaint);
 
+/// Loads the tables of the routes' instruments anew.
+void LoadSounds(Setup& setup);
 /// What the settings say about the loading of sound lists.
 [[nodiscard]] TLoadSettings LoadSettingsOf(const Options& options);
 
@@ -68,6 +70,7 @@ class SongDesk {
   bool Decode(const std::string& file);
   /// Writes the song. False if that failed; `messages` tell why.
   bool Save(const std::string& file, int format);
+  [[nodiscard]] TMidiFunctions& Functions() { return functions; }
   /// From now on `changes` fills.
   void RecordChanges() { song.Changes = &changes; }
   [[nodiscard]] const TMidiRouting& MainRoute() const { return setup.routes.Table.front(); }

@@ -31,6 +31,8 @@ class Console {
   /// Shows how far a long work has come; only where standard error is a terminal. Empty text takes it
   /// away.
   void Progress(std::string_view line);
+  /// Hands the results so far to their reader, for work that has no end of its own.
+  void FlushResults() { Flush(); }
   /// Asks a yes-or-no question on the terminal; `otherwise` where there is none to ask on.
   [[nodiscard]] bool Ask(std::string_view question, bool otherwise);
   /// Writes what is left. The status of the program: `status`, or `Refused` (and a message) if the

@@ -15,12 +15,14 @@ struct CommandRow {
   int (*Run)(const Arguments&, const Setup&, Console&);
 };
 constexpr CommandRow CommandRows[] = {
-    {"show", ShowCommand},     {"events", EventsCommand},
-    {"decode", DecodeCommand}, {"save", SaveCommand},
-    {"fit", FitCommand},       {"revoice", RevoiceCommand},
-    {"new", NewCommand},       {"instruments", InstrumentsCommand},
-    {"sounds", SoundsCommand}, {"name", NameCommand},
-    {"drums", DrumsCommand},
+    {"show", ShowCommand},       {"events", EventsCommand},
+    {"decode", DecodeCommand},   {"save", SaveCommand},
+    {"fit", FitCommand},         {"revoice", RevoiceCommand},
+    {"new", NewCommand},         {"instruments", InstrumentsCommand},
+    {"sounds", SoundsCommand},   {"name", NameCommand},
+    {"drums", DrumsCommand},     {"ports", PortsCommand},
+    {"play", PlayCommand},       {"render", RenderCommand},
+    {"monitor", MonitorCommand},
 };
 
 int Complain(Console& console, const std::string& complaint) {

@@ -154,13 +154,27 @@ TEST(Arguments, SayInGermanWhatIsWrongWithTheQuestionForASound) {
             "--kit und --program schließen einander aus");
 }
 
+TEST(Arguments, SayWhatPlaysAndHow) {
+  const ParsedArguments play = ParseArguments(
+      {"play", "a.mid", "--from", "3:1", "--to", "9", "--loop", "1:1-2:1", "--port", "Keys"});
+  ASSERT_TRUE(play.Todo) << play.Complaint;
+  EXPECT_EQ(play.Todo->From, "3:1");
+  EXPECT_EQ(play.Todo->To, "9");
+  EXPECT_EQ(play.Todo->Loop, "1:1-2:1");
+  EXPECT_EQ(play.Todo->Port, "Keys");
+  const ParsedArguments render = ParseArguments({"render", "a.mid", "-o", "a.wav", "--bits", "16d"});
+  ASSERT_TRUE(render.Todo) << render.Complaint;
+  EXPECT_EQ(render.Todo->Bits, "16d");
+  EXPECT_EQ(render.Todo->Output, "a.wav");
+}
+
 TEST(Arguments, SayWhatIsWrong) {
   EXPECT_EQ(ComplaintOf({}), "A command is missing");
   EXPECT_EQ(ComplaintOf({"show"}), "A file is missing");
   EXPECT_EQ(ComplaintOf({"save", "a.mid"}), "The target is missing: -o OUT");
   EXPECT_EQ(ComplaintOf({"new"}), "The target is missing: -o OUT");
   EXPECT_THAT(ComplaintOf({"show", "a", "b"}), HasSubstr("b"));
-  EXPECT_THAT(ComplaintOf({"play", "a.mid"}), HasSubstr("play"));
+  EXPECT_THAT(ComplaintOf({"sing", "a.mid"}), HasSubstr("sing"));
   EXPECT_THAT(ComplaintOf({"show", "a", "--loud"}), HasSubstr("--loud"));
   EXPECT_THAT(ComplaintOf({"events", "a", "--track", "-1"}), HasSubstr("--track"));
   EXPECT_THAT(ComplaintOf({"events", "a", "--channel", "0"}), HasSubstr("1 … 16"));

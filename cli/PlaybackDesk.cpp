@@ -1,0 +1,127 @@
+#include "PlaybackDesk.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "DisplayText.h"
+#include "core/Texts.h"
+#include "playback/NullAudioDevice.h"
+#include "playback/drivers/FluidSynthInstrument.h"
+#include "playback/drivers/RtAudioDriver.h"
+
+namespace Sonarello {
+
+namespace {
+
+constexpr int BufferFrames = 441;  ///< 10 ms
+
+std::vector<TInstrumentSlot> SlotsOf(const TVSTInstruments& host) {
+  std::vector<TInstrumentSlot> slots;
+  for (const TVSTiArray& slot : host.VSTiArray())
+    if (slot.Instrument)
+      slots.push_back({.Name = slot.Name, .Handle = slot.Handle, .UniqueID = slot.uniqueID});
+    else
+      slots.emplace_back();
+  return slots;
+}
+
+}  // namespace
+
+bool PlaybackDesk::LoadSynthesizer(std::vector<std::string>& complaints) {
+  try {
+    host.LoadInstrument(0, FluidSynthInstrument::Load(arguments.SoundFont));
+    return true;
+  } catch (const TAudioError& error) {
+    complaints.emplace_back(error.what());
+    return false;
+  }
+}
+
+bool PlaybackDesk::ChoosePort(const std::vector<std::string>& names,
+                              std::vector<std::string>& complaints) {
+  const auto holds = [&](const std::string& name) {
+    return SmallLetters(name).find(SmallLetters(arguments.Port)) != std::string::npos;
+  };
+  auto name = std::ranges::find(names, arguments.Port);
+  if (name == names.end()) name = std::ranges::find_if(names, holds);
+  if (name == names.end()) {
+    complaints.push_back(Text("Diesen MIDI-Ausgang gibt es nicht: ", "There is no such MIDI output: ") +
+                         arguments.Port);
+    for (const std::string& known : names) complaints.push_back("  " + known);
+    return false;
+  }
+  routes.MidiRouteLoad[0].OutputName = *name;
+  return true;
+}
+
+bool PlaybackDesk::BuildRoutes(const Setup& given, std::vector<std::string>& complaints) {
+  const std::vector<std::string> ports = midi.OutputNames();
+  for (std::size_t n = 0; n < given.routes.Table.size(); ++n)
+    routes.MidiRouteLoad[n] = given.routes.Table[n];
+  if (!arguments.Port.empty()) {
+    if (!ChoosePort(ports, complaints)) return false;
+  } else if (!LoadSynthesizer(complaints)) {
+    if (!arguments.SoundFont.empty()) return false;
+  } else if (std::ranges::find(ports, routes.MidiRouteLoad[0].OutputName) == ports.end()) {
+    routes.MidiRouteLoad[0].OutputName = host.VSTiArray()[0].Name;
+  }
+  std::vector<TInstrumentSlot> slots = SlotsOf(host);
+  const std::vector<TDeviceList> devices = OutDevices(ports, slots);
+  if (const auto text = NoPlaybackText(ports.size(), devices)) {
+    complaints.push_back(*text);
+    return false;
+  }
+  routes.RoutesBuilt = [this] { outputs.RoutesBuilt(); };
+  routes.ClosePorts = [this] { outputs.CloseAll(); };
+  routes.Build(devices, slots, 0);
+  setup = std::make_unique<Setup>(given);
+  setup->routes.Table.assign(routes.MidiRouting().begin(), routes.MidiRouting().end());
+  LoadSounds(*setup);
+  return true;
+}
+
+bool PlaybackDesk::Open(const std::string& file) {
+  desk = std::make_unique<SongDesk>(*setup, arguments.Answer.value_or(false));
+  if (!desk->Open(file)) return false;
+  routes.UpdateVSTiUse(desk->song);
+  host.VSTiInUse = routes.VSTiInUse.load();
+  player = std::make_unique<TMidiPlayer>(TPlayerParts{desk->song, setup->options, routes, outputs,
+                                                      clock, gate, realtime, desk->Functions(), &host});
+  player->SongChanged();
+  return true;
+}
+
+std::string PlaybackDesk::StartAudio() {
+  audio = FindAudioDrivers();
+  audio.push_back(std::make_unique<NullAudioDriver>());
+  for (const auto& driver : audio) {
+    const std::vector<std::string> names = driver->DeviceNames();
+    if (names.empty()) continue;
+    try {
+      host.StartAudio(*driver, 0, BufferFrames);
+      return driver->ApiName() + ": " + names.front();
+    } catch (const TAudioError&) {
+      // The next system may do; the last one always does.
+      continue;
+    }
+  }
+  return {};
+}
+
+std::optional<std::int32_t> PlaybackDesk::TimeOfPlace(const std::string& text) const {
+  int measure = 0;
+  int beat = 1;
+  const char* const end = text.data() + text.size();
+  const auto [colon, fault] = std::from_chars(text.data(), end, measure);
+  if (fault != std::errc{} || measure < 1) return std::nullopt;
+  if (colon != end) {
+    const auto [behind, wrong] = std::from_chars(colon + 1, end, beat);
+    if ((*colon != ':' && *colon != '.') || wrong != std::errc{} || behind != end || beat < 1)
+      return std::nullopt;
+  }
+  const std::int32_t tick = MTCToSongPosition(desk->song, measure, beat, 0);
+  if (tick < 0 || tick > desk->song.MaxSongPosition) return std::nullopt;
+  return TimeOfPosition(desk->song, tick);
+}
+
+}  // namespace Sonarello

@@ -1,0 +1,73 @@
+#include <fmt/format.h>
+
+#include "Commands.h"
+#include "DisplayText.h"
+#include "PlaybackDesk.h"
+#include "SongFacts.h"
+#include "core/Texts.h"
+#include "playback/SongRender.h"
+#include "playback/WavFile.h"
+
+#include <nlohmann/json.hpp>
+
+namespace Sonarello {
+
+namespace {
+
+TWavFormat FormatOf(const std::string& bits) {
+  if (bits == "16d") return TWavFormat::Bits16Dither;
+  return bits == "32" ? TWavFormat::Float32 : TWavFormat::Bits16;
+}
+
+}  // namespace
+
+int RenderCommand(const Arguments& arguments, const Setup& setup, Console& console) {
+  const std::string& file = arguments.Files.front();
+  PlaybackDesk playback(arguments);
+  std::vector<std::string> complaints;
+  const bool built = playback.BuildRoutes(setup, complaints);
+  for (const std::string& complaint : complaints) console.Err(VisibleText(OneLine(complaint)));
+  if (!built) return Refused;
+  const bool opened = playback.Open(file);
+  if (!opened || !arguments.Quiet) TellMessages(console, file, playback.Desk().messages.Shown);
+  if (!opened) return Refused;
+  if (!playback.Host().VSTiInUse) {
+    console.Err(Text("Kein Kanal spielt auf dem eingebauten Synthesizer; es gibt nichts zu rechnen",
+                     "no channel plays on the built-in synthesizer; there is nothing to render"));
+    return Refused;
+  }
+  try {
+    TWavFile wav(arguments.Output, FormatOf(arguments.Bits));
+    AudioGraph& graph = playback.Host().Graph();
+    graph.TakeOffline();
+    playback.Host().ResetAll();
+    TSongRender render(playback.Desk().song, playback.Realtime(), playback.SongSetup().routes,
+                       playback.Outputs(), graph);
+    render.Run([&](std::span<const float> frames) { wav.Write(frames); },
+               [&](double done) {
+                 if (!arguments.Quiet) console.Progress(fmt::format("{:.0f} %", done * 100));
+                 return true;
+               });
+    wav.Finish();
+    console.Progress({});
+    const std::int64_t frames = wav.Frames();
+    if (arguments.Json)
+      console.Out(nlohmann::ordered_json({{"file", DecodeText(file)},
+                                          {"output", DecodeText(arguments.Output)},
+                                          {"frames", frames},
+                                          {"milliseconds", frames * 1000 / AudioSampleRate}})
+                      .dump(2) +
+                  "\n");
+    else if (!arguments.Quiet)
+      console.Err(fmt::format("{}: {}, {} {}", VisibleText(arguments.Output),
+                              TimeText(static_cast<std::int32_t>(frames * 1000 / AudioSampleRate)),
+                              frames, Text("Samples", "frames")));
+    return Done;
+  } catch (const TAudioError& error) {
+    console.Progress({});
+    console.Err(VisibleText(OneLine(error.what())));
+    return Refused;
+  }
+}
+
+}  // namespace Sonarello
