@@ -1,6 +1,5 @@
 // The player's pass: what has fallen due goes out, track by track.
 #include <algorithm>
-#include <limits>
 
 #include "core/TimeMap.h"
 #include "playback/EventMessages.h"
@@ -36,15 +35,25 @@ void TMidiPlayer::PlayMidiData() {
     inPass = true;
     MidiPass();
     inPass = false;
-    Tag = SwitchToVSTiTimer.exchange(false) ? AudioReady : MidiReady;
+    Tag = MidiReady;
+    if (SwitchToVSTiTimer.exchange(false)) ReturnToAudio();
     return;
   }
   if (Tag == AudioReady) AudioPass();
 }
 
+/// Instruments sound on while no song plays; their time begins anew.
+void TMidiPlayer::ReturnToAudio() {
+  audioStart = Now();
+  lastPutTime = 0;
+  Tag = AudioReady;
+}
+
 void TMidiPlayer::AudioPass() {
   if (!AudioRuns()) {
-    Tag = Parked;
+    // A song that waited for a device that is gone plays by the clock.
+    StartTime = Now() - TimePosition;
+    Tag = State == TMidiPlayerState::stPlaying ? MidiReady : Parked;
     return;
   }
   Tag = InAudioPass;
@@ -73,6 +82,7 @@ void TMidiPlayer::MidiPass() {
   const auto position = static_cast<std::int32_t>(MiliSecsSinceStart);
   TimePosition = position;
   if (position > p.song.SongLength + SongTailTime) return StopPlaying();
+  TracksNotesArrElm = DrumsNotesArrElm = 0;
   pacer.Advance(Now(),
                 [&](std::size_t route, std::uint8_t command, std::span<const std::uint8_t> bytes) {
                   SendBytes(static_cast<int>(route), command, bytes);
@@ -140,8 +150,17 @@ void TMidiPlayer::SendNote(const TypMidiEvent& e, std::int32_t position) {
   if (!message) return;
   Emit(message->Route, message->Status, message->Data1, message->Data2);
   if (!starts) return;
-  if (data.DrumPart > 0) data.DrumArray[e.Value[0]].XValue = position;
+  const bool drums = data.DrumPart > 0;
+  if (drums) data.DrumArray[e.Value[0]].XValue = position;
+  KeepNote({static_cast<std::uint8_t>(c), e.Value[0], message->Data2}, drums);
   if (DisplayActive) MeterNoteOn(meter, message->Data2);
+}
+
+void TMidiPlayer::KeepNote(const TNotePlayed& note, bool drums) {
+  if (TracksNotesArrElm < MostNotesOfPass)
+    TracksNotesArray[static_cast<std::size_t>(TracksNotesArrElm++)] = note;
+  if (drums && DrumsNotesArrElm < MostNotesOfPass)
+    DrumsNotesArray[static_cast<std::size_t>(DrumsNotesArrElm++)] = note;
 }
 
 void TMidiPlayer::SendOther(const TypMidiEvent& e) {
@@ -171,17 +190,6 @@ void TMidiPlayer::JumpToLoopStart() {
   StartTime = Now() - LoopStart;
   for (TRMSValue& meter : p.realtime.RMSValue) meter.Count = 0;
   if (Hooks.LoopRewound) Hooks.LoopRewound();
-}
-
-std::int32_t TMidiPlayer::NextDue() const {
-  std::int32_t next = std::numeric_limits<std::int32_t>::max();
-  for (std::int32_t t = 0; t < p.song.NumberOfSourceTracks; ++t) {
-    const TMyTrack& track = p.song.MidiTrack[static_cast<std::size_t>(t)];
-    if (track.TrkIgnore || track.TrkPlayEvent == nullptr || track.TrkPlayEvent->NextEvent == nullptr)
-      continue;
-    next = std::min(next, track.TrkPlayEvent->TimePosition - track.TrkDelay);
-  }
-  return next;
 }
 
 /// Tempi follow the desk's offset; the song goes on at the same musical place.

@@ -42,6 +42,14 @@ struct TPlayerHooks {
   std::function<void()> SendInsertSysexs;  ///< main thread, gate free: insert effects go out
 };
 
+/// A note that a pass has started.
+struct TNotePlayed {
+  std::uint8_t Channel = 0;  ///< 0-15
+  std::uint8_t Key = 0;
+  std::uint8_t Velocity = 0;  ///< as it went out
+};
+inline constexpr int MostNotesOfPass = 64;
+
 /// All that a player works with. Everything outlives it.
 struct TPlayerParts {
   Song& song;
@@ -108,8 +116,6 @@ class TMidiPlayer {
 
   /// One pass: sends what has fallen due.
   void PlayMidiData();
-  /// Time of the next event that will fall due, ms of the song; a long way off when nothing plays.
-  [[nodiscard]] std::int32_t NextDue() const;
 
   // --- State; atomics have one writer at a time
 
@@ -120,7 +126,9 @@ class TMidiPlayer {
   std::atomic<std::int32_t> TempoOffset = 0;  ///< bpm, added to every tempo of the song
   std::atomic<bool> UpdateSliders = false;
   std::atomic<bool> UpdatePatches = false;
-  std::array<std::atomic<bool>, 3> UpdateDrumsForm{};  ///< of the first, second, third drum editor
+  std::atomic<bool> UpdateDrumsMainForm = false;  ///< the first drum editor's kit has changed
+  std::atomic<bool> UpdateDrumsSecForm = false;
+  std::atomic<bool> UpdateDrumsThirdForm = false;
   std::atomic<bool> SwitchToMidiPlayThread = false;
   std::atomic<bool> SwitchToVSTiTimer = false;
   std::atomic<bool> RecordingActive = false;  ///< armed, and no note came yet
@@ -145,6 +153,12 @@ class TMidiPlayer {
   std::array<std::int8_t, ChannelCount> LastPatch{};
   int ShownTrack = -1;             ///< track of the event list; -1: none is shown
   std::int32_t ShownListPos = -1;  ///< row of the last event that was played on it
+  /// Note-ons of the last pass, for the key editor; those beyond its room are left out.
+  std::array<TNotePlayed, MostNotesOfPass> TracksNotesArray{};
+  int TracksNotesArrElm = 0;
+  /// The same of the drum channels, for the drum displays.
+  std::array<TNotePlayed, MostNotesOfPass> DrumsNotesArray{};
+  int DrumsNotesArrElm = 0;
   NoteLedger Ledger;
   TPlayerHooks Hooks;
 
@@ -152,10 +166,12 @@ class TMidiPlayer {
   /// A short message, with the gate held.
   void Emit(int MidiOutIndex, std::uint8_t Command, std::uint8_t Data1, std::uint8_t Data2);
   void AudioPass();
+  void ReturnToAudio();
   void MidiPass();
   void PlayDue(std::int32_t position);
   void SendEvent(PtrMidiEvent e, std::int32_t position);
   void SendNote(const TypMidiEvent& e, std::int32_t position);
+  void KeepNote(const TNotePlayed& note, bool drums);
   void SendOther(const TypMidiEvent& e);
   void SendSongSysex(const TypMidiEvent& e);
   void SendBytes(int route, std::uint8_t command, std::span<const std::uint8_t> bytes);

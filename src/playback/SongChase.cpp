@@ -71,8 +71,9 @@ void TMidiPlayer::TrackProgram(PtrMidiEvent e, std::size_t channel) {
   }
   LastPatch[channel] = data.Patch;
   UpdatePatches = true;
-  if (data.DrumPart >= 1 && data.DrumPart <= UpdateDrumsForm.size())
-    UpdateDrumsForm[data.DrumPart - 1U] = true;
+  if (data.DrumPart == 1) UpdateDrumsMainForm = true;
+  if (data.DrumPart == 2) UpdateDrumsSecForm = true;
+  if (data.DrumPart == 3) UpdateDrumsThirdForm = true;
 }
 
 void TMidiPlayer::MoveToTimePosition(std::int32_t NewTimePosition) {

@@ -10,8 +10,8 @@ constexpr std::uint8_t Chased[] = {1, 7, 10, 11, 71, 72, 73, 74, 91, 93, 94};
 }  // namespace
 
 void PositionSlider::TrackBarMouseDown() {
-  playingBeforeSeek = player.State == TMidiPlayerState::stPlaying;
-  if (playingBeforeSeek) player.Stop();
+  PlayingBeforeSeek = player.State == TMidiPlayerState::stPlaying;
+  if (PlayingBeforeSeek) player.Stop();
   const auto held = gate.Enter();
   for (std::size_t c = 0; c < ChannelCount; ++c) {
     TMidiChannelData& data = song.MidiData[c];
@@ -64,7 +64,7 @@ bool PositionSlider::TrackBarMouseUp() {
       if (song.MidiData[c].DrumPart > 0) ParkDrums(c);
     }
   }
-  return !playingBeforeSeek || player.Play();
+  return !PlayingBeforeSeek || player.Play();
 }
 
 }  // namespace Sonarello

@@ -35,7 +35,7 @@ class PositionSlider {
   Song& song;
   TRealtimeData& realtime;
   SongGate& gate;
-  bool playingBeforeSeek = false;
+  bool PlayingBeforeSeek = false;
   std::array<TChannelSnapshot, ChannelCount> snapshot{};
 };
 

@@ -201,6 +201,33 @@ TEST_F(MidiPlayer, CountsSoundingNotesForTheMeters) {
   EXPECT_EQ(realtime.RMSValue[0].Count, 0);
 }
 
+TEST_F(MidiPlayer, KeepsTheNotesOfAPassForTheDisplays) {
+  On(10, 60).Off(10, 60).On(10, 36, 10, 90);
+  Ready();
+  song.MidiData[9].DrumPart = 1;
+  Start();
+  Elapse(10);
+  ASSERT_EQ(player.TracksNotesArrElm, 2);
+  EXPECT_EQ(player.TracksNotesArray[0].Key, 60);
+  ASSERT_EQ(player.DrumsNotesArrElm, 1);
+  EXPECT_EQ(player.DrumsNotesArray[0].Channel, 9);
+  EXPECT_EQ(player.DrumsNotesArray[0].Velocity, 90);
+  Elapse(1);
+  EXPECT_EQ(player.TracksNotesArrElm, 0) << "of that pass only";
+}
+
+TEST_F(MidiPlayer, TellsTheDrumEditorWhoseKitHasChanged) {
+  Prog(0, 1, 11);
+  Prog(10, 2, 11);
+  Ready();
+  song.MidiData[10].DrumPart = 2;
+  Start();
+  Elapse(15);
+  EXPECT_TRUE(player.UpdateDrumsSecForm);
+  EXPECT_FALSE(player.UpdateDrumsMainForm);
+  EXPECT_FALSE(player.UpdateDrumsThirdForm);
+}
+
 // --- Other events
 
 TEST_F(MidiPlayer, SendsSysexToTheRouteOfTheFirstChannel) {
