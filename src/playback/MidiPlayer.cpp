@@ -148,7 +148,6 @@ void TMidiPlayer::StartPlay() {
   const auto gate = p.gate.Enter();
   LastPlayTimePosition = TimePosition;
   SwitchToVSTiTimer = SwitchToMidiPlayThread = false;
-  pacer.Clear();
   StartTime = Now() - TimePosition;
   if (audio) {
     constexpr int longBuffer = 100;  // ms

@@ -107,6 +107,18 @@ TEST_F(HostedAudio, ParksWhenTheDeviceGoesBehindAStop) {
   EXPECT_EQ(hosted.Tag, Parked);
 }
 
+TEST_F(HostedAudio, MakesUpForNoMoreThanATenthOfASecondBehindAStop) {
+  ASSERT_TRUE(hosted.Play());
+  audio.Delay = 0;
+  Elapse(10);
+  hosted.Stop();
+  Elapse(2);
+  audio.Bytes = 0;
+  clock.Advance(5000);
+  hosted.PlayMidiData();
+  EXPECT_EQ(audio.Bytes, 35'280);
+}
+
 TEST_F(HostedAudio, MakesUpForNoMoreThanATenthOfASecond) {
   ASSERT_TRUE(hosted.Play());
   audio.Delay = 0;

@@ -152,6 +152,17 @@ TEST_F(MidiPlayer, MapsVelocitiesIntoTheRangeOfTheVelocityEditor) {
   EXPECT_THAT(Log(), ElementsAre("10: 90 3C 28"));
 }
 
+TEST_F(MidiPlayer, MapsNoVelocitiesOfDrums) {
+  On(10, 36, 10, 100);
+  Ready();
+  song.MidiData[9].DrumPart = 1;
+  song.NotesVelocities[9] = {
+      .Minimum = 100, .Maximum = 120, .Mean = 110, .Mapped = true, .NewMinimum = 40, .NewMaximum = 60};
+  Start();
+  Elapse(20);
+  EXPECT_THAT(Log(), ElementsAre("10: 99 24 64"));
+}
+
 TEST_F(MidiPlayer, NeverTurnsANoteOnIntoANoteOff) {
   On(10, 60, 1, 1);
   Ready();
@@ -188,6 +199,12 @@ TEST_F(MidiPlayer, PlaysASecondDrumPartOfAFurtherRouteAsChannel10) {
   Start();
   Elapse(20);
   EXPECT_THAT(Log(), ElementsAre("10: 1> 99 24 64", "11: 1> B9 07 5A", "12: 1> C9 05"));
+  player.Stop();
+  player.Stop();
+  song.MidiOutIndex[10] = 0;
+  Start();
+  Elapse(20);
+  EXPECT_THAT(Log(), Contains("10: 9A 24 64")) << "on route 0 channel 10 is the song's own";
 }
 
 TEST_F(MidiPlayer, CountsSoundingNotesForTheMeters) {
@@ -199,6 +216,12 @@ TEST_F(MidiPlayer, CountsSoundingNotesForTheMeters) {
   EXPECT_EQ(realtime.RMSValue[0].Peak, 100);
   Elapse(15);
   EXPECT_EQ(realtime.RMSValue[0].Count, 0);
+  player.Stop();
+  player.Stop();
+  player.DisplayActive = false;
+  Start();
+  Elapse(15);
+  EXPECT_EQ(realtime.RMSValue[0].Count, 0) << "nobody looks";
 }
 
 TEST_F(MidiPlayer, KeepsTheNotesOfAPassForTheDisplays) {
@@ -275,6 +298,16 @@ TEST_F(MidiPlayer, SurvivesAPortThatGoesAwayWhileItPlays) {
   EXPECT_THAT(Log(), ElementsAre("20: 90 3E 64"));
 }
 
+TEST_F(MidiPlayer, SendsTheBytesOfAnEscapeAsTheyAre) {
+  PtrMidiEvent escape = NewSysex(song.Pool, std::vector<std::uint8_t>{0xF3, 0x05}, 10);
+  escape->Command = SysexEscape;
+  Put(escape);
+  Ready();
+  Start();
+  Elapse(20);
+  EXPECT_THAT(Log(), ElementsAre("10: F3 05"));
+}
+
 // --- Tracking
 
 TEST_F(MidiPlayer, FollowsControllersIntoTheModel) {
@@ -290,6 +323,31 @@ TEST_F(MidiPlayer, FollowsControllersIntoTheModel) {
   Elapse(10);
   EXPECT_EQ(song.MidiData[0].CtrlArray[1].Value, 5);
   EXPECT_FALSE(player.UpdateSliders) << "modulation has no slider";
+}
+
+TEST_F(MidiPlayer, KeepsTheSnapshotOfTheGroupFader) {
+  Ctrl(50, 7, 60).Ctrl(51, 10, 61);
+  Ready();
+  player.SliderSnapshot[0] = 99;
+  Start();
+  Elapse(60);
+  EXPECT_EQ(player.SliderSnapshot[0], 99) << "the group fader is off";
+  player.Stop();
+  player.Stop();
+  player.MasterVolume = true;
+  Start();
+  Elapse(60);
+  EXPECT_EQ(player.SliderSnapshot[0], 60);
+}
+
+TEST_F(MidiPlayer, TellsNothingOfASoundThatTheChannelHasAlready) {
+  Prog(5, 3);
+  Ready();
+  Start();
+  player.UpdatePatches = false;
+  Elapse(20);
+  EXPECT_FALSE(player.UpdatePatches);
+  EXPECT_EQ(player.LastPatch[0], -1);
 }
 
 TEST_F(MidiPlayer, ParksBanksUntilTheirProgramComes) {
@@ -378,6 +436,14 @@ TEST_F(MidiPlayer, ResetsFurtherRoutesAtTheStartOfTheSong) {
   EXPECT_TRUE(player.PreparePlay());
   EXPECT_THAT(Log(), ElementsAre("0: 1> F0 43 10 4C 00 00 7E 00 F7")) << "a GEM Genesys takes none";
   EXPECT_EQ(clock.Milliseconds() - began, 300);
+  out.Sent.clear();
+  routes.Table[1].MSWavetable = true;
+  EXPECT_TRUE(player.PreparePlay());
+  EXPECT_THAT(Log(), IsEmpty()) << "the wavetable takes none";
+  routes.Table[1].MSWavetable = false;
+  player.MoveToTimePosition(500);
+  EXPECT_TRUE(player.PreparePlay());
+  EXPECT_THAT(Log(), IsEmpty()) << "in the middle of the song sounds are set already";
 }
 
 TEST_F(MidiPlayer, SendsTheParkedSysexOnce) {
@@ -479,6 +545,16 @@ TEST_F(MidiPlayer, JumpsBackTenMillisecondsBeforeTheLoopEnds) {
   EXPECT_THAT(Log(), Contains(testing::EndsWith("90 40 64")));
 }
 
+TEST_F(MidiPlayer, NeverLoopsBackwards) {
+  On(100, 60).On(900, 62);
+  Ready();
+  player.SetLoop(300, 100);
+  EXPECT_EQ(player.LoopStart, 300);
+  EXPECT_EQ(player.LoopEnd, 300);
+  player.SetLoop(-5, 999'999);
+  EXPECT_EQ(player.LoopStart, 0);
+}
+
 TEST_F(MidiPlayer, LeavesNoNoteHangingWhenItLoops) {
   On(250, 62).Off(600, 62);
   Ready();
@@ -509,6 +585,15 @@ TEST_F(MidiPlayer, ChasesTheModelWithoutSendingAnything) {
   EXPECT_THAT(Log(), IsEmpty());
   player.MoveToTimePosition(10);
   EXPECT_EQ(song.MidiData[0].CtrlArray[7].Value, 100) << "backwards from the head";
+}
+
+TEST_F(MidiPlayer, ChasesNothingOnIgnoredTracks) {
+  Ctrl(50, 7, 60);
+  Ready();
+  song.MidiTrack[1].TrkIgnore = true;
+  song.MidiData[0].CtrlArray[7].Value = 99;
+  player.MoveToTimePosition(100);
+  EXPECT_EQ(song.MidiData[0].CtrlArray[7].Value, 99);
 }
 
 TEST_F(MidiPlayer, BringsTheFirstSoundBackWithItsBanks) {

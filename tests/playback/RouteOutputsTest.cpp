@@ -45,6 +45,13 @@ TEST_F(RouteOutputs, OpensPortsOnlyWhenTheyAreNeeded) {
   EXPECT_TRUE(outputs.Open(0));
 }
 
+TEST_F(RouteOutputs, OpensNoPortForAHostedInstrumentThatIsCalledLikeOne) {
+  routes.Table[1].OutputName = "First";
+  outputs.RoutesBuilt();
+  ASSERT_TRUE(outputs.OpenAll());
+  EXPECT_EQ(driver.OpenOutputs, 1);
+}
+
 TEST_F(RouteOutputs, SendsToHostedInstrumentsByTheirHandle) {
   outputs.SendShort(1, 0x90, 60, 100);
   outputs.SendLong(1, Bytes{0xF0, 1, 0xF7});

@@ -88,8 +88,21 @@ TEST_F(SongRender, LeavesChannelsOnPortsOut) {
   On(100, 60, 2);
   Ready();
   Routes(2);
+  driver.Outputs = {"Port"};
   routes.Table[1].VSTi = false;
+  routes.Table[1].OutputName = "Port";
+  outputs.RoutesBuilt();
+  ASSERT_TRUE(outputs.OpenAll());
   song.MidiOutIndex[1] = 1;
+  ASSERT_TRUE(Render());
+  EXPECT_TRUE(instrument->Told.empty());
+  EXPECT_TRUE(driver.Sent.empty()) << "a port would get the song all at once";
+}
+
+TEST_F(SongRender, LeavesIgnoredTracksOut) {
+  On(100, 60);
+  Ready();
+  song.MidiTrack[1].TrkIgnore = true;
   ASSERT_TRUE(Render());
   EXPECT_TRUE(instrument->Told.empty());
 }
