@@ -53,7 +53,8 @@ class AudioGraph {
   void ResetEffects();
 
   /// Starts a device, in place of one that is playing. `reserveFrames` is how late the player may come
-  /// with its blocks. Raises TAudioError; then no device plays.
+  /// with its blocks. The driver must live until the device is stopped. Raises TAudioError; then no
+  /// device plays.
   void StartDevice(IAudioDriver& driver, int device, int bufferFrames, int reserveFrames = 882);
   void StopDevice();
   [[nodiscard]] bool IsPlaying() const noexcept { return stream != nullptr; }

@@ -27,6 +27,19 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
   return Counted(std::aligned_alloc(step, (size + step - 1) / step * step));
 }
 
+// The forms that do not throw too: under a sanitizer they would else be those of its own allocator,
+// which must not meet our delete.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  ++allocations;
+  return std::malloc(size > 0 ? size : 1);
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+  ++allocations;
+  const auto step = static_cast<std::size_t>(alignment);
+  return std::aligned_alloc(step, (size + step - 1) / step * step);
+}
+
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }

@@ -410,6 +410,7 @@ TEST_F(Playing, StartsAfreshOnTheNextDevice) {
   EXPECT_EQ(graph.QueuedBytes(), 0U);
   Put(100);
   EXPECT_EQ(other.Ask(), RampFrom(400, 50));
+  graph.StopDevice();  // a device goes before its driver does
 }
 
 TEST_F(Playing, RendersOffLineWhileTheDeviceHearsSilence) {
