@@ -58,7 +58,7 @@ std::uint32_t JackWatch::Cycles() const noexcept {
   return state->cycles.load(std::memory_order_acquire);
 }
 
-void JackWatch::AwaitConnection() const {
+void JackWatch::AwaitCycles() const {
   using namespace std::chrono_literals;
   const std::uint32_t from = Cycles();
   const auto end = std::chrono::steady_clock::now() + 1s;

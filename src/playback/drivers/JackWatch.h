@@ -23,7 +23,7 @@ void Abandon(std::unique_ptr<T> thing) {
 
 /// A silent client of a JACK server that sees what the MIDI library does not tell: whether the server
 /// lives, whether its cycles go on, which ports there are. All but `Connect` may be called by any
-/// thread; but for `Ports` and `AwaitConnection`, none takes longer than a look into memory.
+/// thread; but for `Ports` and `AwaitCycles`, none takes longer than a look into memory.
 class JackWatch {
  public:
   /// Null if no server runs; starts none. Prints nothing, and makes the JACK library print nothing.
@@ -35,10 +35,11 @@ class JackWatch {
   [[nodiscard]] bool Alive() const noexcept;
   /// Cycles of the server since the connection; wraps.
   [[nodiscard]] std::uint32_t Cycles() const noexcept;
-  /// Cycles until what was connected just now carries data for certain.
+  /// Cycles until what was connected just now carries data for certain, and until no cycle of before
+  /// is under way any more.
   static constexpr std::uint32_t ConnectionDelay = 3;
-  /// Waits for that, a second at most.
-  void AwaitConnection() const;
+  /// Waits for so many cycles, a second at most.
+  void AwaitCycles() const;
   [[nodiscard]] bool HasPort(const std::string& name) const;
   /// Full names of all MIDI ports that receive (`inputs` of their clients) or that send.
   [[nodiscard]] std::vector<std::string> Ports(bool inputs) const;

@@ -85,7 +85,7 @@ class RtMidiInput : public IDriverInput {
     }
     receiver->In.openPort(static_cast<unsigned>(found - names.begin()), "in");
     if (watch != nullptr) {
-      watch->AwaitConnection();
+      watch->AwaitCycles();
     }
   }
 

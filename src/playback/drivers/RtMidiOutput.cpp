@@ -141,7 +141,12 @@ class JackOutput : public RtMidiOutput {
     }
     if (!watch->Alive()) {
       Abandon(std::move(out));
+      return;
     }
+    // RtMidi frees its ring before it ends the client, whose cycle may just be reading it. Once the
+    // port is closed the next cycles leave the ring alone, so they are let pass first.
+    out->closePort();
+    watch->AwaitCycles();
   }
 
  protected:
