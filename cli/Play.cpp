@@ -83,13 +83,7 @@ bool Start(PlaybackDesk& playback, Console& console) {
 int PlayCommand(const Arguments& arguments, const Setup& setup, Console& console) {
   const std::string& file = arguments.Files.front();
   PlaybackDesk playback(arguments);
-  std::vector<std::string> complaints;
-  const bool built = playback.BuildRoutes(setup, complaints);
-  for (const std::string& complaint : complaints) console.Err(VisibleText(OneLine(complaint)));
-  if (!built) return Refused;
-  const bool opened = playback.Open(file);
-  if (!opened || !arguments.Quiet) TellMessages(console, file, playback.Desk().messages.Shown);
-  if (!opened) return Refused;
+  if (!playback.Prepare(setup, file, console)) return Refused;
   std::string complaint;
   const std::optional<Range> range = RangeOf(arguments, playback, complaint);
   if (!range) {

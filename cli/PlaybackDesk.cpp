@@ -91,6 +91,16 @@ bool PlaybackDesk::Open(const std::string& file) {
   return true;
 }
 
+bool PlaybackDesk::Prepare(const Setup& given, const std::string& file, Console& console) {
+  std::vector<std::string> complaints;
+  const bool built = BuildRoutes(given, complaints);
+  for (const std::string& complaint : complaints) console.Err(VisibleText(OneLine(complaint)));
+  if (!built) return false;
+  const bool opened = Open(file);
+  if (!opened || !arguments.Quiet) TellMessages(console, file, desk->messages.Shown);
+  return opened;
+}
+
 std::string PlaybackDesk::StartAudio() {
   audio = FindAudioDrivers();
   audio.push_back(std::make_unique<NullAudioDriver>());

@@ -24,14 +24,12 @@ class PlaybackDesk {
   PlaybackDesk(const PlaybackDesk&) = delete;
   PlaybackDesk& operator=(const PlaybackDesk&) = delete;
 
-  /// Builds the routes: the port that is asked for, those of the settings, or the built-in synthesizer.
-  /// The setup takes the routes. False, and told, if a port is asked for that is not there or nothing
-  /// can sound.
-  bool BuildRoutes(const Setup& given, std::vector<std::string>& complaints);
+  /// Builds the routes and opens the file for them. Tells what there is to tell; a song's own messages
+  /// not when it opens and the user wants quiet. False, and told, if a port is asked for that is not
+  /// there, nothing can sound, or the file is refused.
+  bool Prepare(const Setup& given, const std::string& file, Console& console);
   /// The setup that the song is opened with.
   [[nodiscard]] const Setup& SongSetup() const { return *setup; }
-  /// Opens the song. False if it was refused; its messages tell why.
-  bool Open(const std::string& file);
   [[nodiscard]] SongDesk& Desk() { return *desk; }
   [[nodiscard]] TMidiPlayer& Player() { return *player; }
   [[nodiscard]] TVSTInstruments& Host() { return host; }
@@ -46,6 +44,11 @@ class PlaybackDesk {
   [[nodiscard]] std::optional<std::int32_t> TimeOfPlace(const std::string& text) const;
 
  private:
+  /// Builds the routes: the port that is asked for, those of the settings, or the built-in synthesizer.
+  /// The setup takes the routes. False, with the reason among the complaints, if nothing can sound.
+  bool BuildRoutes(const Setup& given, std::vector<std::string>& complaints);
+  /// Opens the song. False if it was refused; its messages tell why.
+  bool Open(const std::string& file);
   bool LoadSynthesizer(std::vector<std::string>& complaints);
   bool ChoosePort(const std::vector<std::string>& names, std::vector<std::string>& complaints);
 
@@ -54,10 +57,10 @@ class PlaybackDesk {
   SteadyClock clock;
   SongGate gate;
   TRealtimeData realtime;
+  std::vector<std::unique_ptr<IAudioDriver>> audio;  ///< before the host, whose device ends first
   TVSTInstruments host;
   TRoutes routes;
   TRouteOutputs outputs{midi, routes, &host};
-  std::vector<std::unique_ptr<IAudioDriver>> audio;
   std::unique_ptr<Setup> setup;
   std::unique_ptr<SongDesk> desk;
   std::unique_ptr<TMidiPlayer> player;

@@ -24,13 +24,7 @@ TWavFormat FormatOf(const std::string& bits) {
 int RenderCommand(const Arguments& arguments, const Setup& setup, Console& console) {
   const std::string& file = arguments.Files.front();
   PlaybackDesk playback(arguments);
-  std::vector<std::string> complaints;
-  const bool built = playback.BuildRoutes(setup, complaints);
-  for (const std::string& complaint : complaints) console.Err(VisibleText(OneLine(complaint)));
-  if (!built) return Refused;
-  const bool opened = playback.Open(file);
-  if (!opened || !arguments.Quiet) TellMessages(console, file, playback.Desk().messages.Shown);
-  if (!opened) return Refused;
+  if (!playback.Prepare(setup, file, console)) return Refused;
   if (!playback.Host().VSTiInUse) {
     console.Err(Text("Kein Kanal spielt auf dem eingebauten Synthesizer; es gibt nichts zu rechnen",
                      "no channel plays on the built-in synthesizer; there is nothing to render"));
