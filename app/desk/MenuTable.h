@@ -34,7 +34,4 @@ struct TMenuEntry {
 /// The tooltip of an entry that cannot be chosen now, in the user's language.
 [[nodiscard]] std::string WhyDisabled(const TMenuEntry& entry);
 
-/// Percentages of the window scale, as `MMS_Scale100` to `MMS_Scale180` offer them.
-inline constexpr int WindowScales[] = {100, 120, 130, 150, 160, 180};
-
 }  // namespace Sonarello
