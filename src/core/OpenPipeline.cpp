@@ -17,11 +17,13 @@ bool OpenPipeline::OpenMidiFile(const std::string& FileToOpen, bool CreateNew) {
     return false;
   }
   try {
+    Tell(0.55);
     BuildTimeMap();
     Run(hooks.ResetPlayback);
     PlaceLoopStarts();
     FindRemoteSequence(song);
     SetUpChannels();
+    Tell(0.7);
     Run(hooks.ShowStrips);
     Run(hooks.ReadDrums);
     functions.SetTimePositions();
@@ -31,12 +33,15 @@ bool OpenPipeline::OpenMidiFile(const std::string& FileToOpen, bool CreateNew) {
     Run(hooks.ReadLyrics);
     song.ActiveMidiIndex = -1;
     Run(hooks.SelectChannel);
+    Tell(0.8);
     CheckNotes();
+    Tell(0.9);
     PairNotes();
     Run(hooks.ForgetRangeTools);
     CheckLists();
     Run(hooks.SetUpEffects);
     Run(hooks.RememberFile);
+    Tell(1.0);
   } catch (const EMidiError& error) {
     messages.Show(error.what());
     song.ClearMidiMemory();
@@ -61,6 +66,7 @@ void OpenPipeline::LeaveOldSong() {
 bool OpenPipeline::Load(const std::string& file) {
   song.MidiFileName = file;
   if (!ReadSourceData(file, functions.SourceData, messages)) return false;
+  Tell(0.05);
   try {
     functions.DecodeMidiData();
   } catch (const EMidiError&) {

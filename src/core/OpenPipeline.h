@@ -35,6 +35,9 @@ class OpenPipeline {
   void CheckNotes();
   void PairNotes();
   void CheckLists();
+  /// Tells how far the open has come, as shares of its usual time. It cannot be broken off: the store
+  /// would be half built.
+  void Tell(double done) { messages.Progress(done); }
   void Run(const SongHooks::Step& step) {
     if (step) step(song);
   }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -51,6 +52,21 @@ TEST_F(OpenPipelineTest, LeavesASoundSongInTheStore) {
   EXPECT_EQ(song.MidiData[9].Patch, 0);
   EXPECT_EQ(song.MidiData[0].CtrlArray[7].Value, 100);
   EXPECT_EQ(song.FirstPatches[0]->TimePosition, TimeOfPosition(song, song.FirstPatches[0]->Position));
+}
+
+TEST_F(OpenPipelineTest, TellsHowFarItHasComeAndNeverGoesBack) {
+  struct Watcher : RecordedMessages {
+    std::vector<double> Told;
+    bool Progress(double done) override {
+      Told.push_back(done);
+      return true;
+    }
+  } watcher;
+  OpenPipeline watched(bench.song, bench.options, bench.routes, watcher, bench.hooks);
+  ASSERT_TRUE(watched.OpenMidiFile(Write(Song1().Build()), false));
+  EXPECT_GE(watcher.Told.size(), 5U);
+  EXPECT_TRUE(std::ranges::is_sorted(watcher.Told));
+  EXPECT_EQ(watcher.Told.back(), 1.0);
 }
 
 TEST_F(OpenPipelineTest, RunsItsHooksInOrder) {

@@ -21,7 +21,7 @@ struct Watcher : SongObserver {
   void StripChanged(int strip) override { Strips.push_back(strip); }
 };
 
-std::string Bytes(const std::string& file) {
+std::string BytesOf(const std::string& file) {
   std::ifstream in(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
 }
@@ -163,8 +163,8 @@ TEST(Desk, TransposesByAtMostTwoOctavesAndBack) {
   bench.desk.TransposeTo(0);
   ASSERT_TRUE(bench.desk.SaveMidiFile(bench.folder.File("after.mid"), 1));
   const auto events = [](std::string bytes) { return bytes.substr(bytes.size() / 2); };
-  EXPECT_EQ(events(Bytes(bench.folder.File("before.mid"))),
-            events(Bytes(bench.folder.File("after.mid"))));
+  EXPECT_EQ(events(BytesOf(bench.folder.File("before.mid"))),
+            events(BytesOf(bench.folder.File("after.mid"))));
 }
 
 TEST(Desk, OffersAnOutputForAnInstrumentThatIsNotConnected) {

@@ -11,21 +11,10 @@
 #include "desk/Desk.h"
 #include "helpers/TestInstrument.h"
 #include "helpers/TestMidiDriver.h"
+#include "helpers/Workbench.h"
 #include "playback/MidiPlayerThread.h"
 
 namespace Sonarello {
-
-/// Writes down what the user is told and asked.
-struct RecordedMessages : IMessages {
-  std::vector<std::string> Shown;
-  std::vector<std::string> Asked;
-  bool Answer = true;
-  void Show(const std::string& text) override { Shown.push_back(text); }
-  bool Ask(const std::string& text) override {
-    Asked.push_back(text);
-    return Answer;
-  }
-};
 
 /// A folder that goes with the test.
 struct TestFolder {
