@@ -37,7 +37,8 @@ function(add_app_part name)
   precompile_qt(${library})
 endfunction()
 
-# add_app_tests(<name> <libraries>...): the Qt tests of tests/app/<name>/, one program, offscreen.
+# add_app_tests(<name> <libraries>...): the Qt tests of tests/app/<name>/, one program, offscreen. Its main
+# is tests/app/TestMain.cpp.
 function(add_app_tests name)
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/app/${name}/*.cpp)
   file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/app/${name}/*.h)
@@ -45,12 +46,14 @@ function(add_app_tests name)
     return()
   endif()
   set(program test_app_${name})
-  add_executable(${program} ${sources} ${headers})
+  add_executable(${program} ${sources} ${headers} ${PROJECT_SOURCE_DIR}/tests/app/TestMain.cpp)
   set_target_properties(${program} PROPERTIES AUTOMOC ON)
   target_include_directories(${program} PRIVATE ${PROJECT_SOURCE_DIR}/tests ${PROJECT_SOURCE_DIR})
-  target_link_libraries(${program} PRIVATE ${ARGN} Qt6::Test GTest::gtest GTest::gmock)
-  target_compile_definitions(${program} PRIVATE SONARELLO_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${program} PRIVATE ${ARGN} sonarello_app_controls Qt6::Test GTest::gtest
+                        GTest::gmock)
+  target_compile_definitions(${program} PRIVATE SONARELLO_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+                             SONARELLO_SCREENSHOTS="${PROJECT_BINARY_DIR}/screenshots")
   precompile_qt(${program})
   gtest_discover_tests(${program} TEST_PREFIX "app ${name}: " DISCOVERY_TIMEOUT 60
-                       PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;XDG_RUNTIME_DIR=/tmp")
+                       PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()
