@@ -18,9 +18,11 @@ Desk::Desk(const TDeskParts& p)
       redirection(song, p.messages, gate, realtime, Sender()),
       rerouting(song, routes, options, p.messages, gate),
       slider(player, song, realtime, gate),
-      keys(song, realtime, outputs, gate, Sender()) {
+      keys(song, realtime, outputs, gate, Sender()),
+      strips(TStripsParts{song, options, routes, outputs, realtime, gate, player, functions}) {
   WireHooks();
   WireWork();
+  WireStrips();
   routes.RoutesBuilt = [this] { outputs.RoutesBuilt(); };
   routes.ClosePorts = [this] { outputs.CloseAll(); };
 }
@@ -99,6 +101,34 @@ void Desk::WireWork() {
     if (player.Tag == Parked) player.Tag = AudioReady;
   };
   rerouting.Hooks.Changed = changed;
+}
+
+void Desk::WireStrips() {
+  TStripsHooks& told = strips.Desk.Hooks;
+  told.ShowStrip = [this](int channel) {
+    Tell([channel](SongObserver& o) { o.StripChanged(channel); });
+  };
+  told.ShowMutes = [this] {
+    for (int strip = 0; strip < ChannelCount; ++strip)
+      Tell([strip](SongObserver& o) { o.StripChanged(strip); });
+  };
+  told.ShowSolos = [this](int) { strips.Desk.Hooks.ShowMutes(); };
+  told.SelectionChanged = [this](int before, int) {
+    Tell([this, before](SongObserver& o) {
+      if (TStripsDesk::IsChannel(before)) o.StripChanged(before);
+      if (TStripsDesk::IsChannel(song.ActiveMidiIndex)) o.StripChanged(song.ActiveMidiIndex);
+      o.SelectionChanged();
+    });
+  };
+  told.ShowController = [this](int channel, int controller, int value) {
+    Tell([=](SongObserver& o) { o.ControllerChanged(channel, controller, value); });
+  };
+  told.EventChanged = [this](PtrMidiEvent event, bool becameReal) {
+    Tell([=](SongObserver& o) { o.EventChanged(event, becameReal); });
+  };
+  told.Changed = [this] { Changed(); };
+  told.TransposeChange = [this] { transpose.TransposeChange(song.TransposeNew, IsPlaying()); };
+  told.TempoChange = [this] { Tell([](SongObserver& o) { o.TimesChanged(); }); };
 }
 
 }  // namespace Sonarello

@@ -12,10 +12,12 @@
 #include "core/MidiFunctions.h"
 #include "core/Options.h"
 #include "core/Ports.h"
-#include "core/Settings.h"
 #include "core/Song.h"
+#include "desk/DeskSettings.h"
+#include "desk/MyRegistry.h"
 #include "desk/SilentOutput.h"
 #include "desk/SongObserver.h"
+#include "desk/Strips.h"
 #include "instruments/SoundNames.h"
 #include "playback/MidiPlayer.h"
 #include "playback/MidiPlayerThread.h"
@@ -33,7 +35,7 @@ namespace Sonarello {
 
 /// What a desk stands on. Everything outlives it.
 struct TDeskParts {
-  ISettings& settings;
+  IRegistryStore& store;
   IMessages& messages;
   IMidiDriver& midi;
   IClock& clock;
@@ -54,9 +56,11 @@ class Desk {
 
   // --- Start and outputs (DeskPlayback.cpp)
 
-  /// Reads the routes from the settings, builds them for the ports that there are, and starts the
-  /// player's thread. Quick: nothing is loaded.
+  /// Reads settings and routes, builds the routes for the ports that there are, and starts the player's
+  /// thread. Quick: nothing is loaded.
   void Start();
+  /// Takes over `options` and `settings` wherever they are used.
+  void SettingsChanged();
   /// Loads the built-in synthesizer and starts an audio device, then builds the routes anew. What
   /// failed is among `Complaints`.
   void StartAudio();
@@ -109,7 +113,7 @@ class Desk {
 
   [[nodiscard]] IClock& Clock() noexcept { return parts.clock; }
   [[nodiscard]] IMessages& Messages() noexcept { return parts.messages; }
-  [[nodiscard]] ISettings& Settings() noexcept { return parts.settings; }
+  [[nodiscard]] IRegistryStore& Store() noexcept { return parts.store; }
   [[nodiscard]] TRoutes& Routes() noexcept { return routes; }
   [[nodiscard]] IOutputs& Outputs() noexcept { return outputs; }
   [[nodiscard]] TMidiFunctions& Functions() noexcept { return functions; }
@@ -125,6 +129,7 @@ class Desk {
 
   Song song;
   Options options;
+  DeskSettings settings;
   SongGate gate;
   TRealtimeData realtime;
   std::vector<SongObserver*> Observers;
@@ -139,6 +144,7 @@ class Desk {
  private:
   void WireHooks();
   void WireWork();
+  void WireStrips();
   bool IsReadable(const std::string& file);
 
   TDeskParts parts;
@@ -165,6 +171,7 @@ class Desk {
   TRerouting rerouting;
   PositionSlider slider;
   TVirtualKeys keys;
+  TStrips strips;
 
  private:
   std::unique_ptr<TMidiPlayerThread> thread;  ///< last, so that it ends first

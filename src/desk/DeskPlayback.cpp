@@ -26,9 +26,25 @@ std::vector<TInstrumentSlot> SlotsOf(const TVSTInstruments& host) {
 }  // namespace
 
 void Desk::Start() {
-  routes.LoadSettings(parts.settings, options.MultiMidi);
+  LoadSettings(parts.store, options, settings);
+  SettingsChanged();
+  routes.LoadSettings(parts.store, options.MultiMidi);
   BuildRoutes();
   thread = std::make_unique<TMidiPlayerThread>(player, parts.clock);
+}
+
+void Desk::SettingsChanged() {
+  strips.Desk.Settings.GrabMidiDriver = settings.GrabMidiDriver;
+  keys.GrabMidiDriver = settings.GrabMidiDriver;
+  player.DisplayActive = settings.DisplayActive;
+  player.RecMidiThru = settings.RecMidiThru;
+  player.RecSendLocalOff = settings.RecSendLocalOff;
+  const bool foldsElse = transpose.Settings.IntelligentTranspose != settings.IntelligentTranspose ||
+                         transpose.Settings.IntelligentTransp_M != settings.IntelligentTransposeMode;
+  transpose.Settings.IntelligentTranspose = settings.IntelligentTranspose;
+  transpose.Settings.IntelligentTransp_M = settings.IntelligentTransposeMode;
+  if (foldsElse && song.MidiFileLoaded && song.TransposeNew != 0)
+    transpose.TransposeChange(song.TransposeNew, IsPlaying());
 }
 
 void Desk::StartAudio() {
@@ -110,12 +126,17 @@ bool Desk::PlayButtonClick() {
 
 void Desk::StopButtonClick() {
   if (!song.MidiFileLoaded) return;
+  const bool rewinds = !IsPlaying();
   player.Stop();
+  // The player may have ended before it took a new tempo.
+  if (strips.Tempo.IsPending()) strips.Tempo.TempoChange();
+  if (rewinds) strips.ReadFirstValues();
 }
 
 void Desk::EndOfSong() {
-  if (IsPlaying()) return;
+  if (IsPlaying() || !song.MidiFileLoaded) return;
   player.Stop();
+  strips.ReadFirstValues();
 }
 
 bool Desk::SetLoop(std::int32_t start, std::int32_t end) {
@@ -142,8 +163,7 @@ void Desk::TransposeTo(int semitones) {
 
 void Desk::MoveOctave(int channel, int octaves) {
   if (!song.MidiFileLoaded) return;
-  transpose.MoveOctave(channel, octaves, IsPlaying());
-  Tell([channel](SongObserver& o) { o.StripChanged(channel); });
+  strips.MoveOctave(channel, octaves);
 }
 
 }  // namespace Sonarello

@@ -69,6 +69,7 @@ void Desk::ShowSong() {
   routes.UpdateVSTiUse(song);
   host.VSTiInUse = routes.VSTiInUse.load();
   player.SongChanged();
+  strips.SongChanged();
   Tell([](SongObserver& o) { o.SongChanged(); });
 }
 

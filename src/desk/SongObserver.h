@@ -1,6 +1,8 @@
 // Sonarello: what those who show a song are told.
 #pragma once
 
+#include "core/Data.h"
+
 namespace Sonarello {
 
 /// Shows what the desk works on. All calls come on the main thread, without the song's gate; what is
@@ -14,6 +16,10 @@ class SongObserver {
   virtual void SoundChanged(int /*channel*/) {}
   /// State or values of a strip (0-15) have changed.
   virtual void StripChanged(int /*strip*/) {}
+  /// A fader or a controller of a channel (0-15) goes to a value (0-127).
+  virtual void ControllerChanged(int /*channel*/, int /*controller*/, int /*value*/) {}
+  /// An event has another value; `becameReal` if it was a placeholder and is played from now on.
+  virtual void EventChanged(PtrMidiEvent /*event*/, bool /*becameReal*/) {}
   /// Another strip is selected, or what the panel shows of it has changed.
   virtual void SelectionChanged() {}
   /// The song is modified or saved, or its backup was written.

@@ -189,7 +189,7 @@ TEST(Desk, PlaysThroughTheBuiltInSynthesizerWhenNothingIsChosen) {
 
 TEST(Desk, ARouteThatIsGoneLeavesItsChannelsOnTheFirst) {
   DeskBench bench;
-  bench.desk.options.MultiMidi = true;
+  bench.settings.WriteString("", "MultiMidi", "1");
   for (const char* n : {"0", "1"}) {
     bench.settings.WriteString("", std::string("MidiInstrument0") + n, "Yamaha Genos");
     bench.settings.WriteString("", std::string("MidiOutput0") + n, SilentOutput::Name);

@@ -37,7 +37,7 @@ struct TestFolder {
 };
 
 struct DeskBench {
-  MemorySettings settings;
+  MemoryRegistry settings;
   RecordedMessages messages;
   TestMidiDriver midi;
   SteadyClock clock;
