@@ -124,7 +124,7 @@ class Desk {
   [[nodiscard]] const TMidiRouting& RouteOf(int channel) const;
   /// Loads the tables of the instruments in use; for `sorted` see the loading of lists.
   void LoadSounds();
-  [[nodiscard]] const SoundSets& Sounds() const noexcept { return sounds; }
+  [[nodiscard]] SoundSets& Sounds() noexcept { return sounds; }
   [[nodiscard]] TSendMidiData Sender();
 
   Song song;
@@ -137,6 +137,9 @@ class Desk {
   SongHooks WindowHooks;
   /// True for the tables of an instrument that are to be sorted by name.
   std::function<bool(int instrumValue)> SortSounds;
+
+  /// The song is about to be replaced; called on the main thread, before anything of it goes.
+  std::function<void()> LeavingSong;
 
   /// Tells all observers.
   void Tell(const std::function<void(SongObserver&)>& what);

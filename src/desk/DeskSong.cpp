@@ -41,6 +41,7 @@ void Desk::LeaveSong() {
   if (IsPlaying()) player.Stop();
   keys.Release();
   player.EndAllNotes();
+  if (LeavingSong) LeavingSong();
 }
 
 bool Desk::ReadSong(const std::string& file, const TNewSong* wishes) {

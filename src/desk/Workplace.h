@@ -1,0 +1,77 @@
+// Sonarello: the desk with everything that lies on it.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "desk/AutoBackup.h"
+#include "desk/Desk.h"
+#include "desk/EffectRow.h"
+#include "desk/LyricLines.h"
+#include "desk/PatchOverview.h"
+#include "desk/RecentFiles.h"
+#include "desk/Recovery.h"
+#include "desk/RevoicerDesk.h"
+#include "desk/SoundBrowser.h"
+#include "desk/Undo.h"
+
+namespace Sonarello {
+
+/// All logic behind the windows, wired together. What happens to the song reaches the windows as
+/// `SongObserver` calls of the desk. Main thread.
+class Workplace final : private SongObserver {
+ public:
+  /// `dataPath` is the folder of the user's own files, ending in "/".
+  Workplace(const TDeskParts& parts, const std::string& dataPath);
+  Workplace(const Workplace&) = delete;
+  Workplace& operator=(const Workplace&) = delete;
+  ~Workplace() override;
+
+  /// Reads the settings and starts the desk.
+  void Start();
+  /// Another song is in the store, or the old one stayed: marks the session, remembers the file. To be
+  /// called behind `Desk::ShowSong`.
+  void SongOpened(bool opened);
+  /// Saves under a name (format 0 or 1) and goes on under it.
+  bool SaveMidiFile(const std::string& file, int format);
+  /// Stores routes, settings and recent files, and ends the session in order.
+  void Close();
+  /// Folder that a song was opened from or saved into last, without "/" at its end.
+  void RememberSourcePath(const std::string& file);
+  /// Takes a file that is gone out of the list.
+  void ForgetRecent(const std::string& file);
+
+  Desk desk;
+  TUndo undo;
+  TAutoBackup backup;
+  TRecovery recovery;
+  RecentFiles recent;
+  TLyricLines lyrics;
+  TEffectRow effects;
+  TAutoRevoicer revoicer;
+  TRevoicerDesk revoicerDesk;
+  TSoundBrowser browser;
+  TPatchOverview overview;
+
+  /// The text or the state of the undo entries has changed.
+  std::function<void()> UndoChanged;
+  /// The recent files have changed.
+  std::function<void()> RecentChanged;
+  /// Syllables, chords or their times are others.
+  std::function<void()> LyricsChanged;
+  std::function<void()> EffectsChanged;
+
+ private:
+  void SongChanged() override;
+  void RoutesChanged() override;
+  void TimesChanged() override;
+  void WireUndo();
+  void WireBrowser();
+  void WireRevoicer();
+  void ReadEffects();
+  void TellSound(int channel);
+
+  IRegistryStore& store;
+};
+
+}  // namespace Sonarello
