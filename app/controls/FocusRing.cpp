@@ -1,0 +1,58 @@
+#include "app/controls/FocusRing.h"
+
+#include <QAbstractButton>
+#include <QFocusEvent>
+#include <QFocusFrame>
+#include <QVariant>
+
+namespace Sonarello {
+namespace {
+
+bool WantsRing(const QWidget* widget) {
+  return qobject_cast<const QAbstractButton*>(widget) != nullptr ||
+         widget->property(FocusRingProperty).toBool();
+}
+
+}  // namespace
+
+bool ByKeyboard(Qt::FocusReason reason) {
+  return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+         reason == Qt::ShortcutFocusReason;
+}
+
+FocusRing::FocusRing(QObject* application) : QObject(application) {
+  application->installEventFilter(this);
+}
+
+QWidget* FocusRing::ringed() const {
+  return frame.isNull() || !frame->isVisible() ? nullptr : frame->widget();
+}
+
+bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::FocusIn && event->type() != QEvent::FocusOut) return false;
+  auto* widget = qobject_cast<QWidget*>(watched);
+  if (widget == nullptr) return false;
+  const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+  const bool away = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+  if (event->type() == QEvent::FocusOut) {
+    if (!away) last = nullptr;
+    hide();
+  } else if (WantsRing(widget) && (ByKeyboard(reason) || (away && last == widget))) {
+    last = widget;
+    show(widget);
+  } else {
+    last = nullptr;
+  }
+  return false;
+}
+
+void FocusRing::show(QWidget* around) {
+  if (frame.isNull()) frame = new QFocusFrame(around);
+  frame->setWidget(around);
+}
+
+void FocusRing::hide() {
+  if (!frame.isNull()) frame->setWidget(nullptr);
+}
+
+}  // namespace Sonarello

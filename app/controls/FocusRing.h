@@ -1,0 +1,40 @@
+// The ring around the control that has the keyboard's focus, shown only to who uses the keyboard.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+class QFocusFrame;
+class QWidget;
+
+namespace Sonarello {
+
+/// Watches an application's focus and keeps one ring around the widget that came by it through Tab or a
+/// shortcut. Buttons and the controls of this folder that ask for it have a ring; fields and lists show
+/// their focus themselves.
+class FocusRing : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit FocusRing(QObject* application);
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+  /// The widget with the ring, if any.
+  [[nodiscard]] QWidget* ringed() const;
+
+ private:
+  void show(QWidget* around);
+  void hide();
+
+  QPointer<QFocusFrame> frame;
+  QPointer<QWidget> last;  // keeps its ring while its window is in the background
+};
+
+/// The dynamic property that asks for a ring around a widget that is no button.
+inline constexpr const char* FocusRingProperty = "focusRing";
+
+/// True if focus that came for this reason came by the keyboard.
+[[nodiscard]] bool ByKeyboard(Qt::FocusReason reason);
+
+}  // namespace Sonarello
