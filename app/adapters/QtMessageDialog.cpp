@@ -12,6 +12,7 @@
 #include <QScrollArea>
 #include <algorithm>
 
+#include "app/controls/Icons.h"
 #include "app/controls/Metrics.h"
 #include "app/controls/Theme.h"
 
@@ -88,17 +89,7 @@ class MessageIcon : public QWidget {
   }
   [[nodiscard]] QPainterPath Path() const {
     QPainterPath path;
-    if (kind == TMessageKind::Warning || kind == TMessageKind::Error) {
-      path.moveTo(8, 2.5);
-      path.lineTo(14, 13.3);
-      path.lineTo(2, 13.3);
-      path.closeSubpath();
-      path.moveTo(8, 6.5);
-      path.lineTo(8, 9.7);
-      path.moveTo(8, 11.6);
-      path.lineTo(8, 11.61);
-      return path;
-    }
+    if (kind == TMessageKind::Warning || kind == TMessageKind::Error) return IconPath(Icon::Warning);
     path.addEllipse(QPointF(8, 8), 6.2, 6.2);
     if (kind == TMessageKind::Question) {
       path.moveTo(6.1, 6.5);
@@ -182,7 +173,6 @@ QLayout* QtMessageDialog::NewButtons(const TMessage& message) {
   const auto add = [&](const QString& caption, bool isSafe, int result) {
     auto* button = new QPushButton(caption, this);
     button->setMinimumWidth(m.px(88));
-    button->setAutoDefault(isSafe);
     button->setDefault(isSafe);
     if (isSafe) button->setFocus();
     connect(button, &QPushButton::clicked, this, [this, result] { done(result); });
