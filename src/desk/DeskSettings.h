@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/Options.h"
@@ -18,7 +19,7 @@ struct DeskSettings {
   bool ConfirmTerminate = true;   ///< the end of the program asks first
   std::string Lang;               ///< language code, such as "de"; empty: the system's
   std::int32_t SkinIndex = 0;     ///< 0 dark, 1 light
-  std::int32_t ScaleIndex = 0;    ///< window scale: place in `WindowScales`
+  std::int32_t ScaleIndex = 0;    ///< window scale: place in `ScalePercents`
   bool DisplayActive = true;      ///< level meters run
   bool AutoShowEventEditor = false;
   bool RevoicerExtended = false;
@@ -31,8 +32,6 @@ struct DeskSettings {
   std::int32_t IntelligentTransposeMode = 1;  ///< 1-4
   std::int32_t VirtualSynthDelay = 0;         ///< ms
   std::string MidiOutputDeviceID = "0";
-  std::int32_t MidiOutputPriority = 0;
-  bool ResetBassDrumReverb = false;
 
   // Recording
   std::string MidiInputName;
@@ -53,11 +52,6 @@ struct DeskSettings {
   std::string LyricsFontName;         ///< empty: the program's own
   std::int32_t LyricsFontSize = 32;   ///< px
   std::int32_t LyricsFontColor = -1;  ///< 0xRRGGBB; -1: the theme's
-
-  // Instruments
-  bool AlphaGMStructure = false;
-  bool Korgi30GMStructure = false;
-  bool LimexGMStructure = false;
 
   // Effects
   bool YamahaAutoChorus = false;
@@ -99,7 +93,7 @@ struct DeskSettings {
 };
 
 /// Window scales in per cent, in the order of `ScaleIndex`.
-inline constexpr std::int32_t WindowScales[] = {100, 120, 130, 150, 160, 180};
+inline constexpr std::int32_t ScalePercents[] = {100, 120, 130, 150, 160, 180};
 [[nodiscard]] std::int32_t WindowScaleOf(const DeskSettings& settings);
 
 /// Reads both. What is absent or out of its range takes its default; a number is brought into its

@@ -110,7 +110,7 @@ class TMyRegistry {
 /// default and is not made.
 class UserRegistry {
  public:
-  explicit UserRegistry(IRegistryStore& store) : store(&store), MyRegistry(store) {}
+  explicit UserRegistry(IRegistryStore& tree) : store(&tree), MyRegistry(tree) {}
 
   [[nodiscard]] bool ReadBoolFromUserRegistry(std::string_view Key, bool Default);
   [[nodiscard]] int ReadIntFromUserRegistry(std::string_view Key, int Default);

@@ -38,6 +38,13 @@ struct TSettingsKey {
 /// The default of a key as it would be stored.
 [[nodiscard]] std::string DefaultText(const TSettingsKey& key);
 
+/// The value of a key as it would be stored; empty for one without a member.
+[[nodiscard]] std::string SettingText(const TSettingsKey& key, const Options& options,
+                                      const DeskSettings& desk);
+/// Sets a key from text; a number is brought into its range. False, and nothing changes, if the text is
+/// no number or flag, or the key has no member.
+bool SetSetting(const TSettingsKey& key, std::string_view text, Options& options, DeskSettings& desk);
+
 /// What a key of any section holds: of a named key, of a window's place, of a numbered key
 /// ("MidiInstrument00", "ChordText1"); nothing if nobody knows it.
 [[nodiscard]] std::optional<TKeyKind> KindOfKey(std::string_view section, std::string_view key);

@@ -1,7 +1,7 @@
 // Sonarello: where windows stood last, and whether they can stand there now.
 #pragma once
 
-#include <optional>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -30,19 +30,26 @@ inline constexpr int NotPlaced = -9999;
 [[nodiscard]] TPlace CheckFormLayout(TPlace place, std::span<const TPlace> screens, int leastWidth = 1,
                                      int leastHeight = 1);
 
+/// Whose sub-key holds a window's place.
+enum class TPlaceOwner : std::uint8_t {
+  Program,           ///< none
+  Instrument,        ///< each instrument's
+  EffectInstrument,  ///< that of an instrument with an effect editor; the others have none
+};
+
 /// What is stored of a window's place.
 struct TWindowPlace {
-  std::string_view Window;     ///< such as "EventList", as it is written
-  bool HasSize = false;        ///< "...FormWidth", "...FormHeight"
-  bool HasVisible = false;     ///< "...FormVis"
-  bool PerInstrument = false;  ///< in a sub-key that bears the instrument's name
+  std::string_view Window;  ///< such as "EventList", as it is written
+  bool HasSize = false;     ///< "...FormWidth", "...FormHeight"
+  bool HasVisible = false;  ///< "...FormVis"
+  TPlaceOwner Owner = TPlaceOwner::Program;
 };
 
 /// Every window whose place is stored. Case does not count in a name.
 [[nodiscard]] std::span<const TWindowPlace> WindowPlaces();
 [[nodiscard]] const TWindowPlace* FindWindowPlace(std::string_view window);
-/// The instruments whose effect windows keep places of their own.
-[[nodiscard]] std::span<const std::string_view> PlaceInstruments();
+/// The sub-key in which an instrument (a name of the catalogue) keeps settings of its own.
+[[nodiscard]] std::string InstrumentSubdir(std::string_view instrument);
 
 /// A window as it stood.
 struct TStoredPlace {
@@ -53,11 +60,15 @@ struct TStoredPlace {
   bool Visible = false;
 };
 
-/// Reads and writes a window's place. `instrument` names the sub-key of effect windows; an instrument
-/// without places of its own shares those of none.
+/// Reads and writes a window's place. `instrument` names the instrument of a window whose place is not
+/// the program's.
 [[nodiscard]] TStoredPlace LoadWindowPlace(const ISettings& settings, std::string_view window,
                                            std::string_view instrument = {});
 void StoreWindowPlace(ISettings& settings, std::string_view window, const TStoredPlace& place,
                       std::string_view instrument = {});
+
+/// What a key holds if it is one of a window's place, whatever the section.
+enum class TPlaceKey : std::uint8_t { None, Number, Flag };
+[[nodiscard]] TPlaceKey PlaceKeyOf(std::string_view key);
 
 }  // namespace Sonarello
