@@ -119,18 +119,23 @@ class TMainForm : public QMainWindow, private SongObserver {
   void RewindClick();
   void LoopClick();
   void SetLoop(std::int32_t start, std::int32_t end);
-  void SetLoopHere(bool end);
+  void ConnectSlider();
+  void WindBy(int milliseconds);
+  void EndWind();
   void DisplayTimerTimer();
   void SlidersUpdateTimer();
   void ShowPosition();
   void ShowTransport();
   void ShowTempo();
+  void ShowTempoAt(double bpm);
   void ShowTranspose();
   void ShowTimes();
   void ShowLyricMoment(std::int32_t time);
   void ShowLevels(bool running);
   void ShowLyrics();
   void ShowLoop();
+  void ShowLoopPanel();
+  void ConnectLoopPanel();
 
   // --- Strips (MainFormStrips.cpp)
   void ConnectStrips();
@@ -207,8 +212,10 @@ class TMainForm : public QMainWindow, private SongObserver {
   ToolWindows* windows = nullptr;
 
   QTimer DisplayTimer, AutoloadTimer, SetupTimer, AutoBackupTimer, VelocityTimer, SlidersTimer;
-  bool busy = false;  ///< a song is read on another thread
-  bool seeking = false;
+  bool busy = false;             ///< a song is read on another thread
+  bool DisplayTimerTag = false;  ///< the tick is at work
+  bool seeking = false;          ///< the position slider is held
+  bool winding = false;
   bool showEffects = true;
   int shownLine = -2;  ///< line of lyrics that the bar shows; -2: none was set yet
   std::int32_t loopStart = 0, loopEnd = 0;

@@ -1,12 +1,12 @@
 // The main window's commands on files.
 #include <QCloseEvent>
 #include <QDragEnterEvent>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMimeData>
 
 #include "app/controls/QtText.h"
+#include "app/desk/FileNames.h"
 #include "app/desk/InfoForms.h"
 #include "app/desk/MainForm.h"
 #include "app/desk/NewMidiDataForm.h"
@@ -21,10 +21,6 @@
 namespace Sonarello {
 
 namespace {
-
-/// A path as the file system has it.
-std::string PathOf(const QString& name) { return QFile::encodeName(name).toStdString(); }
-QString NameOf(const std::string& path) { return QFile::decodeName(QByteArray::fromStdString(path)); }
 
 QString MidiFilter() {
   return QText("MIDI-Dateien (*.mid *.MID *.midi *.kar);;Alle Dateien (*)",

@@ -1,0 +1,17 @@
+// Sonarello: what the logic knows, as the panels take it.
+#pragma once
+
+#include "app/panels/EffectRow.h"
+#include "app/panels/LyricBar.h"
+#include "desk/EffectRow.h"
+#include "desk/LyricLines.h"
+
+namespace Sonarello {
+
+/// The lyric bar at a moment. `german`: chords with H.
+[[nodiscard]] LyricView LyricViewOf(const TLyricLines& lyrics, const TLyricMoment& moment, bool german);
+
+/// The cells of the effect row. None opens: their editors are not part of this version.
+[[nodiscard]] EffectsView EffectsViewOf(const TEffectRow& effects);
+
+}  // namespace Sonarello
