@@ -7,7 +7,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "core/MidiFunctions.h"
@@ -110,13 +109,13 @@ class TUndo {
   std::int32_t RecBackupTrackIndex = -1;      ///< its index in `MidiTrack`, -1 if there is none
 
  private:
-  /// From an event of the song that something outside the lists points at to its copy.
-  using TCopies = std::unordered_map<const TypMidiEvent*, PtrMidiEvent>;
-
   /// What belongs to the song but not to a track's list.
   struct TBackupSong {
+    std::size_t Tracks = 0;  ///< length of `MidiTrack`
     std::vector<TKeySignArray> KeySignArray;
-    std::vector<PtrMidiEvent> References;  ///< as `ForEachReference` meets them, without key signatures
+    /// Copies of what `ForEachReference` meets, without key signatures; nothing for an event that no
+    /// copy was made of.
+    std::vector<std::optional<PtrMidiEvent>> References;
     std::array<TCountIn, ChannelCount> CountInArray{};
     std::vector<TTempo> SourceTempo;
     std::vector<TTimeSign> TimeSignature;
@@ -139,14 +138,21 @@ class TUndo {
     std::int32_t RolandInsFxOnTrack = -1;
     bool XF_Format = false;
   };
-  struct TBackup;
+  class TBackup;
 
-  void Begin(TUndoKind kind, std::string_view name, std::optional<std::int32_t> track);
-  void Keep(TBackup& backup, std::optional<std::int32_t> track);
-  void Free(TMyTrack& track) noexcept;
+  void Begin(TUndoKind kind, std::string name, std::int32_t track);
   void FreeBackup() noexcept;
-  void Reset();
+  void ShowMenu(TUndoKind kind, std::string name);
+  /// The steps of an undo behind its question. Raises std::bad_alloc before anything has changed.
   void Restore();
+  void MakeRoom();
+  void RestoreReferences() noexcept;
+  void RestoreTracks() noexcept;
+  void RestoreSong() noexcept;
+  void RestoreTimes();
+  void RestoreEnd() noexcept;
+  [[nodiscard]] bool PairNotes();
+  [[nodiscard]] std::int32_t TempoOffset() const;
 
   Song& song;
   TMidiFunctions& functions;
