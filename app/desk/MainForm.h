@@ -12,6 +12,7 @@
 #include "app/adapters/QtMessages.h"
 #include "app/desk/Aside.h"
 #include "app/desk/MainMenu.h"
+#include "desk/MidiInMonitor.h"
 #include "desk/Workplace.h"
 
 namespace Sonarello {
@@ -47,6 +48,7 @@ struct TMainFormParts {
   QtMessages& messages;
   AsideMessages& aside;  ///< what the workplace tells its messages to
   IRegistryStore& store;
+  IMidiDriver& midi;
   std::string documents;  ///< folder that file dialogs open first
   std::string manual;  ///< folder of the manual, with a folder per language; empty: none is installed
   bool confirmSave = true;  ///< a changed song is asked for before it goes
@@ -58,6 +60,10 @@ class TMainForm : public QMainWindow, private SongObserver {
   Q_OBJECT
 
  public:
+  /// Least size of the desk at 100 %.
+  static constexpr int LeastWidth = 1280;
+  static constexpr int LeastHeight = 720;
+
   explicit TMainForm(const TMainFormParts& parts);
   ~TMainForm() override;
 
@@ -89,8 +95,13 @@ class TMainForm : public QMainWindow, private SongObserver {
   // --- Layout (MainFormLayout.cpp)
   void BuildMenu();
   void BuildPanels();
+  void BuildWindows();
+  void StartTimers();
+  void ConnectCard();
   void Arrange();
+  void ArrangeTransport(int left, int top, int width, int height, int gap);
   void PlaceCard();
+  void SetTabOrder();
   [[nodiscard]] bool IsCompact() const;
 
   // --- Menu (MainFormMenu.cpp)
@@ -110,6 +121,10 @@ class TMainForm : public QMainWindow, private SongObserver {
   bool ReadAside(const std::function<bool()>& read);
   void OfferRecovery();
   void AutoloadTimerTimer();
+  void AutoBackupTimerTimer();
+  void MidiInMonitorTimerTimer();
+  void VelocityTimerTimer();
+  void ListenToMidiIn();
   void SetupTimerTimer();
 
   // --- Transport (MainFormPlay.cpp)
@@ -211,12 +226,16 @@ class TMainForm : public QMainWindow, private SongObserver {
   std::unique_ptr<UpdateCheck> updates;
   ToolWindows* windows = nullptr;
 
-  QTimer DisplayTimer, AutoloadTimer, SetupTimer, AutoBackupTimer, VelocityTimer, SlidersTimer;
+  QTimer DisplayTimer, AutoloadTimer, SetupTimer, AutoBackupTimer, VelocityTimer, SlidersTimer,
+      MidiInMonitorTimer;
+  TMidiInMonitor midiIn;
   bool busy = false;             ///< a song is read on another thread
   bool DisplayTimerTag = false;  ///< the tick is at work
   bool seeking = false;          ///< the position slider is held
   bool winding = false;
   bool showEffects = true;
+  bool stopped = false;  ///< the song was stopped at least once
+  int shownChord = -2;
   int shownLine = -2;  ///< line of lyrics that the bar shows; -2: none was set yet
   std::int32_t loopStart = 0, loopEnd = 0;
 };

@@ -15,13 +15,6 @@
 
 namespace Sonarello {
 
-namespace {
-
-/// Least size of the desk at 100 %.
-constexpr QSize LeastDesk(1280, 720);
-
-}  // namespace
-
 void TMainForm::MenuChosen(std::string_view name) {
   using Handler = std::function<void(TMainForm&)>;
   static const std::map<std::string_view, Handler> handlers = {
@@ -91,7 +84,7 @@ void TMainForm::UpdateScaleMenu() {
     QAction& entry = menu->Entry(name);
     entry.setCheckable(true);
     entry.setChecked(percent == metrics().percent);
-    const QSize least = LeastDesk * percent / 100;
+    const QSize least = QSize(LeastWidth, LeastHeight) * percent / 100;
     const bool fits = on == nullptr || (least.width() <= on->availableGeometry().width() &&
                                         least.height() <= on->availableGeometry().height());
     menu->Forbid(entry.objectName().toLatin1().constData(),

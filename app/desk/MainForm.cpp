@@ -1,0 +1,261 @@
+#include "app/desk/MainForm.h"
+
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+
+#include "app/adapters/UpdateCheck.h"
+#include "app/controls/Metrics.h"
+#include "app/controls/QtText.h"
+#include "app/controls/StripRow.h"
+#include "app/desk/DeskViews.h"
+#include "app/desk/ToolWindows.h"
+#include "app/desk/VelocityEditor.h"
+#include "app/instruments/AutoRevoicerForm.h"
+#include "app/instruments/PatchesForm.h"
+#include "app/instruments/SoundBrowserForm.h"
+#include "app/options/OptionsForm.h"
+#include "app/panels/Banner.h"
+#include "app/panels/DropCard.h"
+#include "app/panels/FilePanel.h"
+#include "app/panels/LyricBar.h"
+#include "app/panels/PositionDisplay.h"
+#include "app/panels/StatusBar.h"
+#include "app/panels/WindowSwitches.h"
+#include "app/playback/VirtualKeysForm.h"
+#include "desk/SongProperties.h"
+
+namespace Sonarello {
+
+namespace {
+
+// Intervals of the timers, ms.
+constexpr int DisplayInterval = 30;
+constexpr int SlidersInterval = 60;
+constexpr int SetupInterval = 100;
+constexpr int AutoloadInterval = 300;
+constexpr int MidiInInterval = 100;
+
+}  // namespace
+
+TMainForm::TMainForm(const TMainFormParts& parts) : p(parts), midiIn(parts.midi) {
+  setObjectName(QStringLiteral("MainForm"));
+  setWindowTitle(QStringLiteral("Sonarello"));
+  setAcceptDrops(true);
+  setMinimumSize(metrics().px(LeastWidth), metrics().px(LeastHeight));
+  BuildPanels();
+  BuildWindows();
+  BuildMenu();
+  ConnectTransport();
+  ConnectLoopPanel();
+  ConnectStrips();
+  ConnectController();
+  ConnectCard();
+  SetTabOrder();
+  p.work.desk.Observers.push_back(this);
+  p.work.UndoChanged = [this] { UpdateMenu(); };
+  p.work.RecentChanged = [this] { UpdateRecentMenu(); };
+  p.work.LyricsChanged = [this] { ShowLyrics(); };
+  p.work.EffectsChanged = [this] { ShowEffects(); };
+  p.messages.Work.Shown = [this](const std::optional<TProgressShown>& shown) {
+    if (shown)
+      status->ShowProgress(shown->Word, shown->Percent, shown->MayCancel);
+    else
+      status->EndProgress();
+  };
+  StartTimers();
+  SongChanged();
+  RoutesChanged();
+  AllFormsCreated = true;
+}
+
+TMainForm::~TMainForm() {
+  std::erase(p.work.desk.Observers, static_cast<SongObserver*>(this));
+  p.work.UndoChanged = p.work.RecentChanged = p.work.LyricsChanged = p.work.EffectsChanged = nullptr;
+  p.messages.Work.Shown = nullptr;
+  // Windows that this one does not own as children end before the panels that they report to.
+  updates.reset();
+}
+
+void TMainForm::BuildMenu() {
+  menu = std::make_unique<MainMenu>(*menuBar(), [this](std::string_view name) { MenuChosen(name); });
+  switches = new WindowSwitches(menuBar());
+  menuBar()->setCornerWidget(switches);
+  connect(switches, &WindowSwitches::switchClicked, this, [this](DeskWindow window) {
+    if (window == DeskWindow::Sounds) windows->Toggle(ToolWindow::Sounds);
+    if (window == DeskWindow::Keyboard) windows->Toggle(ToolWindow::Keyboard);
+  });
+  UpdateRecentMenu();
+}
+
+void TMainForm::StartTimers() {
+  const auto every = [this](QTimer& timer, int interval, void (TMainForm::*job)()) {
+    timer.setInterval(interval);
+    connect(&timer, &QTimer::timeout, this, job);
+  };
+  DisplayTimer.setTimerType(Qt::PreciseTimer);
+  every(DisplayTimer, DisplayInterval, &TMainForm::DisplayTimerTimer);
+  every(SlidersTimer, SlidersInterval, &TMainForm::SlidersUpdateTimer);
+  every(SetupTimer, SetupInterval, &TMainForm::SetupTimerTimer);
+  every(AutoloadTimer, AutoloadInterval, &TMainForm::AutoloadTimerTimer);
+  every(AutoBackupTimer, TAutoBackup::Interval, &TMainForm::AutoBackupTimerTimer);
+  every(MidiInMonitorTimer, MidiInInterval, &TMainForm::MidiInMonitorTimerTimer);
+  every(VelocityTimer, VelocityRepeat, &TMainForm::VelocityTimerTimer);
+}
+
+void TMainForm::Start(const std::string& autoload) {
+  AutoloadFileName = autoload;
+  RestoreWindows();
+  if (p.store.ReadBool("", "MainFormMaximized", false))
+    showMaximized();
+  else
+    show();
+  card->FocusOpen();
+  windows->Restore();
+  SetupTimer.start();
+  AutoloadTimer.start();
+  AutoBackupTimer.start();
+  ListenToMidiIn();
+}
+
+void TMainForm::AutoBackupTimerTimer() {
+  if (busy) return;
+  p.work.backup.Tick();
+  ShowStatus();
+}
+
+void TMainForm::ListenToMidiIn() {
+  midiIn.Listen(p.work.desk.settings.MidiInputName);
+  if (midiIn.IsListening())
+    MidiInMonitorTimer.start();
+  else
+    MidiInMonitorTimer.stop();
+  switches->SetMidiIn(false, ToQt(midiIn.Name()));
+}
+
+void TMainForm::MidiInMonitorTimerTimer() {
+  switches->SetMidiIn(midiIn.TakeActivity(), ToQt(midiIn.Name()));
+}
+
+void TMainForm::Status(const QString& text) { status->ShowMessage(text); }
+
+void TMainForm::ShowFile() {
+  const Song& song = p.work.desk.song;
+  const bool modified = song.MidiFileLoaded && p.work.desk.IsModified();
+  filePanel->SetView({.song = song.MidiFileLoaded,
+                      .name = ToQt(FileNameOf(song.MidiFileName)),
+                      .path = ToQt(song.MidiFileName),
+                      .modified = modified,
+                      .format = song.MidiFileOrgFormat,
+                      .ticksPerQuarter = song.SourceTimeBase,
+                      .length = song.SongLength});
+  const QString name = song.MidiFileLoaded ? ToQt(FileNameOf(song.MidiFileName)) : QString();
+  setWindowTitle(name.isEmpty() ? QStringLiteral("Sonarello")
+                                : name + QStringLiteral("[*] - Sonarello"));
+  setWindowModified(modified && !name.isEmpty());
+}
+
+void TMainForm::ShowStatus() {
+  const Desk& desk = p.work.desk;
+  const TMidiPlayer& player = p.work.desk.Player();
+  StatusView view;
+  view.playing = desk.IsPlaying();
+  if (stopped) view.stopTime = player.StopTime.load();
+  if (desk.song.MidiFileLoaded && player.Looping) {
+    const TStripsPosition& position = desk.strips.Position;
+    view.loop = ToQt(position.At(loopStart).Position + " – " + position.At(loopEnd).Position);
+  }
+  if (const auto& last = p.work.backup.LastBackup())
+    view.lastBackup =
+        QStringLiteral("%1:%2").arg(last->tm_hour).arg(last->tm_min, 2, 10, QLatin1Char('0'));
+  view.instrument = ToQt(p.work.desk.Routes().MidiRouting().front().Instrument);
+  view.outputs = p.work.desk.Routes().MidiRouteElements();
+  view.scale = metrics().percent;
+  status->SetView(view);
+}
+
+void TMainForm::ShowComplaints() {
+  QString all;
+  for (const std::string& complaint : p.work.desk.Complaints())
+    all += (all.isEmpty() ? QString() : QStringLiteral(" · ")) + ToQt(complaint);
+  banner->SetMessage(Severity::Warning, all);
+  banner->setVisible(!all.isEmpty());
+  Arrange();
+}
+
+void TMainForm::ConnectCard() {
+  connect(card, &DropCard::openClicked, this, &TMainForm::MMF_OpenMidifileClick);
+  connect(card, &DropCard::recentWanted, this,
+          [this](const QPoint& at) { menu->Submenu("MMF_OpenRecent").popup(at); });
+}
+
+void TMainForm::SongChanged() {
+  const bool loaded = p.work.desk.song.MidiFileLoaded;
+  stopped = false;
+  loopStart = loopEnd = 0;
+  card->setVisible(!loaded);
+  card->SetRecent(!p.work.recent.Names().empty());
+  ShowTimes();
+  ShowLoop();
+  ShowStrips();
+  ShowController();
+  ShowTranspose();
+  ShowTempo();
+  ShowFile();
+  ShowLevels(false);
+  ShowPosition();
+  ShowTransport();
+  browserForm->raise();
+}
+
+void TMainForm::SoundChanged(int channel) {
+  ShowStrip(channel);
+  if (channel == p.work.desk.song.ActiveMidiIndex) ShowController();
+  patchesForm->ShowChannel(channel);
+}
+
+void TMainForm::StripChanged(int strip) {
+  ShowStrip(strip);
+  patchesForm->ShowChannel(strip);
+}
+
+void TMainForm::SelectionChanged() {
+  ShowController();
+  keysForm->ShowChannel();
+}
+
+void TMainForm::ModifiedChanged() { ShowFile(); }
+
+void TMainForm::RoutesChanged() {
+  card->SetInstrument(ToQt(p.work.desk.Routes().MidiRouting().front().Instrument));
+  ShowStrips();
+  ShowController();
+  ShowStatus();
+}
+
+void TMainForm::TimesChanged() {
+  ShowTimes();
+  ShowFile();
+  ShowPosition();
+}
+
+void TMainForm::ShowLyrics() {
+  shownLine = -2;
+  const bool any = p.work.lyrics.HasLyrics() || p.work.lyrics.HasChords();
+  lyricBar->setVisible(any && p.work.desk.settings.ShowLyrics);
+  if (!busy) ShowLyricMoment(p.work.desk.Player().TimePosition);
+  Arrange();
+}
+
+void TMainForm::ShowLyricMoment(std::int32_t time) {
+  if (lyricBar->isHidden()) return;
+  const TLyricMoment moment = p.work.lyrics.At(time);
+  if (moment.Line != shownLine || moment.Chord != shownChord) {
+    lyricBar->SetView(LyricViewOf(p.work.lyrics, moment, p.work.desk.settings.UseGermanChords));
+    shownLine = moment.Line;
+    shownChord = moment.Chord;
+  }
+  lyricBar->SetCurrent(moment.Syllable);
+}
+
+}  // namespace Sonarello
