@@ -66,6 +66,11 @@ def colour_at(drawn, px, py):
 
 def pixel(drawn, size, column, row):
     scale = 128 / size / SAMPLES
+    if size >= 64:  # no shape is smaller than a pixel there
+        corners = {colour_at(drawn, (column + i) * 128 / size, (row + j) * 128 / size)
+                   for i in (0, 1) for j in (0, 1)}
+        if len(corners) == 1:
+            return bytes(map(round, corners.pop()))
     points = [colour_at(drawn, (column * SAMPLES + i + 0.5) * scale, (row * SAMPLES + j + 0.5) * scale)
               for j in range(SAMPLES) for i in range(SAMPLES)]
     opaque = [p for p in points if p[3]]
