@@ -51,12 +51,14 @@ class TAutoBackup {
 
   /// When the last backup of this run was written.
   [[nodiscard]] const std::optional<std::tm>& LastBackup() const noexcept { return lastBackup; }
-  /// "Auto-Backup 14:32" for the status bar; why the last one failed, if it did; empty before.
+  /// "Auto backup 14:32" for the status bar; why the last one failed, if it did; empty before.
   [[nodiscard]] std::string StatusText() const;
 
   [[nodiscard]] static std::tm LocalTime();
 
  private:
+  bool Write();
+
   TAutoBackupParts p;
   FileCalls& files;
   std::optional<std::tm> lastBackup;
