@@ -1,6 +1,7 @@
 // Sonarello: the sound browser: one for all instruments, fed by their tables.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <string>
@@ -38,6 +39,15 @@ struct TVoice {
   const TPatch* Row = nullptr;
   const TXTPatch* Effects = nullptr;       ///< nil: the list tells none
   const TMotifInserts* Inserts = nullptr;  ///< nil: the list tells none
+};
+
+/// The events that a channel's sound stands in; nil where the song has none.
+struct TSoundEvents {
+  PtrMidiEvent BankMSB = nullptr;
+  PtrMidiEvent BankLSB = nullptr;
+  PtrMidiEvent PatchEvent = nullptr;
+
+  friend bool operator==(const TSoundEvents&, const TSoundEvents&) = default;
 };
 
 /// What a browser asks of others. Called without the gate; unset ones do nothing.
@@ -149,25 +159,32 @@ class TSoundBrowser {
   /// main one, a drum channel, numbers missing, or nothing else was chosen.
   bool Btn_SaveToRevoicerClick();
   [[nodiscard]] bool CanSaveToRevoicer() const;
+  [[nodiscard]] bool SortSounds() const;
   void PM_SortSoundsClick();
   bool PM_SaveVoicesClick(int bank);
+  /// True for a sound of a list that the user keeps in a file.
+  [[nodiscard]] bool CanRename(const TSoundPlace& place) const;
   /// Names a sound of the user's own list; the lists are loaded anew. False if nothing changed.
   bool LB_CustomSoundsEditEditDone(const TSoundPlace& place, std::string_view name);
 
  private:
   [[nodiscard]] const TMidiRouting& Route() const;
   [[nodiscard]] TSoundQuery Query() const;
-  [[nodiscard]] TVoice VoiceOf(const TSoundPlace& place) const;
+  [[nodiscard]] TVoice VoiceOf(int bank, const TPatch& row) const;
   [[nodiscard]] bool CanPlay(const TBrowserBank& bank) const;
+  [[nodiscard]] TSoundPlace FirstOf(int bank) const;
+  [[nodiscard]] TSoundEvents SoundEvents() const;
   [[nodiscard]] bool InsertMissingProgram();
   void TakeOldVoice();
-  void FillFrom(const TPatch* row);
-  void Write(const TVoice& voice);
-  void WriteController(std::size_t index, int value);
+  TVoiceMessage Write(const TVoice& voice);
+  bool WriteController(std::size_t index, int value);
+  [[nodiscard]] TVoiceMessage OldMessage() const;
   void SendVoice(const TVoiceMessage& voice);
-  [[nodiscard]] TVoiceMessage MessageNow() const;
-  void InsertMissingBanks();
+  void TellPortFailure(const std::string& text);
+  void HearNote();
+  bool WriteMissingBanks(std::string& failure);
   void SetDrumPart();
+  void Reload();
   void Close();
 
   TSoundBrowserParts p;
@@ -187,19 +204,11 @@ class TSoundBrowser {
   std::string newVoice;
   TSoundPlace selected;
   TSoundPlace oldPlace;
-  TSoundPlace newPlace;     ///< the last choice; not set before one
-  TVoiceMessage parked;     ///< what was parked on opening
+  TSoundPlace newPlace;    ///< the last choice; not set before one
+  TVoiceMessage parked;    ///< what was parked on opening
+  TSoundEvents chosenFor;  ///< events in force when a sound was written last, or on opening
+  std::array<bool, VoiceControllers.size()> controllersWritten{};
   bool portFailed = false;  ///< the user was told
 };
-
-/// Tick of the first note of a channel (0-15); nothing without notes.
-[[nodiscard]] std::optional<std::int32_t> FirstNoteOf(const Song& song, int channel);
-
-/// What the user is asked before a channel (0-15) gets a program change.
-[[nodiscard]] std::string InsertPatchQuestion(int channel);
-
-/// Gives a channel a program change and its bank selects in front of its first note, where the
-/// programs of a fitted song stand. False if no track serves it; raises EMidiError. With the gate held.
-bool InsertPatchAtSetup(Song& song, TSoundNames& names, int channel);
 
 }  // namespace Sonarello

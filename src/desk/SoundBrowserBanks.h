@@ -71,7 +71,6 @@ class TBrowserBanks {
 
  private:
   void Add(const TSoundList& list, bool kits);
-  void Sort(TBrowserBank& bank, std::int32_t firstRow);
 
   std::vector<TBrowserBank> banks;
 };

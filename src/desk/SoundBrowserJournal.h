@@ -22,6 +22,8 @@ class TSoundJournal {
   void TouchController(int controller);
   /// Remembers the program change that is in force.
   void TouchProgram();
+  /// To be called in front of an insertion: remembers which events the desk knows the sound by.
+  void BeginInsertion();
   /// An event that came in, to be taken out again.
   void Inserted(PtrMidiEvent event) { inserted.push_back(event); }
   [[nodiscard]] bool HasInserted() const noexcept { return !inserted.empty(); }
@@ -46,6 +48,15 @@ class TSoundJournal {
     std::int32_t DLength = 0;
   };
 
+  /// What the desk knows a channel's sound by.
+  struct TDeskSound {
+    TCtrl BankMSB;
+    TCtrl BankLSB;
+    PtrMidiEvent PatchEvent = nullptr;
+    std::int8_t Patch = -1;
+  };
+
+  void RestoreDeskSound();
   void Touch(PtrMidiEvent event, int controller, int deskValue);
   void RestoreEntry(const TEntry& entry);
   void RestoreDesk(const TEntry& entry);
@@ -55,6 +66,7 @@ class TSoundJournal {
   int channel = 0;
   std::vector<TEntry> entries;
   std::vector<PtrMidiEvent> inserted;
+  TDeskSound before;  ///< the insertion
 };
 
 }  // namespace Sonarello

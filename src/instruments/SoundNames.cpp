@@ -138,11 +138,16 @@ TStripText TSoundNames::DisplayPatchName(int channel) {
   if (data.Active && data.Patch >= 0) text.Name = PatchName(channel);
   if (const std::size_t amp = text.Name.find('&'); amp != std::string::npos)
     text.Name.insert(amp, 1, '&');
+  text.Hint = BankHint(channel);
+  return text;
+}
+
+std::string TSoundNames::BankHint(int channel) const {
+  const TMidiChannelData& data = song.MidiData[static_cast<std::size_t>(channel)];
   const TCtrl& msb = data.CtrlArray[BankMSB];
   const TCtrl& lsb = data.CtrlArray[BankLSB];
-  text.Hint = "Controller   0: " + (IsPresent(msb) ? std::to_string(msb.Value) : std::string("-")) +
-              "\rController 32: " + (IsPresent(lsb) ? std::to_string(lsb.Value) : std::string("-"));
-  return text;
+  return "Controller   0: " + (IsPresent(msb) ? std::to_string(msb.Value) : std::string("-")) +
+         "\rController 32: " + (IsPresent(lsb) ? std::to_string(lsb.Value) : std::string("-"));
 }
 
 void TSoundNames::LogSound(int channel, const TypMidiEvent& event) {

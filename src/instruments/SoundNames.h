@@ -48,6 +48,8 @@ class TSoundNames {
   [[nodiscard]] std::string ProgramChangeName(int channel, const TAddress& address) const;
   /// What the channel's strip shows; a channel out of use or without program has no name.
   [[nodiscard]] TStripText DisplayPatchName(int channel);
+  /// The two bank selects of a channel, a line each.
+  [[nodiscard]] std::string BankHint(int channel) const;
 
   /// Gives a channel without sound program 0 and its two bank selects: the program at
   /// `position` + 4 ticks a channel, LSB and MSB 2 and 4 ticks in front. An event in front of the

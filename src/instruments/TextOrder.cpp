@@ -29,4 +29,10 @@ std::strong_ordering CompareTexts(std::string_view a, std::string_view b) noexce
   return a.size() != b.size() ? a.size() <=> b.size() : a.compare(b) <=> 0;
 }
 
+std::string SmallLetters(std::string_view text) {
+  std::string small(text);
+  for (std::size_t i = 0; i < text.size(); ++i) small[i] = static_cast<char>(Small(text, i));
+  return small;
+}
+
 }  // namespace Sonarello
