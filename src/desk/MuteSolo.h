@@ -31,6 +31,7 @@ class TMuteSolo {
 
  private:
   using TChannels = std::bitset<ChannelCount>;
+  [[nodiscard]] TChannels Mutes() const;
   /// Sets the mutes and ends the notes of those channels that become mute.
   void SetMutes(TChannels mutes);
   void Silence(int channel);

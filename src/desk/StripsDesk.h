@@ -1,7 +1,7 @@
 // Sonarello: what the sixteen strips work with, and which of them is the active one.
 #pragma once
 
-#include <cstdint>
+#include <bitset>
 #include <functional>
 #include <string>
 
@@ -12,6 +12,7 @@
 #include "playback/MidiPlayer.h"
 #include "playback/Outputs.h"
 #include "playback/Realtime.h"
+#include "playback/Routes.h"
 #include "playback/SongGate.h"
 
 namespace Sonarello {
@@ -48,7 +49,10 @@ struct TStripsHooks {
   std::function<void(int channel, int controller, int value)> ShowController;
   /// An event has another value; or was a placeholder and is played and saved from now on.
   std::function<void(PtrMidiEvent event, bool becameReal)> EventChanged;
-  std::function<void()> Changed;          ///< the song wants a backup: `AutoBackupChanged`
+  std::function<void()> Changed;  ///< the song wants a backup: `AutoBackupChanged`
+  /// A port did not open for a move; told once until a strip is taken anew. The value waits for the
+  /// next start.
+  std::function<void(const std::string& text)> PortFailed;
   std::function<void()> TransposeChange;  ///< transposition is applied anew
   std::function<void()> TempoChange;      ///< the song's times have changed while it stood still
   /// The second or third drum editor shows the channel and plays it as channel 10. Unset: as the song's
@@ -101,6 +105,16 @@ class TStripsDesk : public TStripsParts {
   [[nodiscard]] bool IsHosted(int route) const;
   /// True if the channel's drums are played as channel 10.
   [[nodiscard]] bool IsDrumSplit(int channel) const;
+  /// Status byte (its kind without channel) of a message to a channel's device: the wire channel, or
+  /// channel 10 for split drums.
+  [[nodiscard]] std::uint8_t StatusTo(int channel, std::uint8_t kind) const;
+  /// True if a move on a route may be sent at once. Opens the route's port if the settings say so.
+  bool CanSend(int route);
+  /// Ports that did not open are tried again with the next move.
+  void ForgetFailures() { failed.reset(); }
+
+ private:
+  std::bitset<MostRoutes> failed;
 };
 
 }  // namespace Sonarello

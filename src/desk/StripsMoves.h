@@ -38,8 +38,7 @@ class TStripsMoves {
   void TakeSnapshot();
 
  private:
-  enum class WithoutEvent { Send, End };
-  bool Set(int channel, int controller, int value, WithoutEvent withoutEvent);
+  void Set(int channel, int controller, int value);
   void Send(int channel, int controller, int value);
   void DragOthers(int channel, int value);
 

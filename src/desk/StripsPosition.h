@@ -38,14 +38,14 @@ struct TPositionView {
 /// tables. Main thread, also during playback.
 class TStripsPosition {
  public:
-  TStripsPosition(const Song& s, SongGate& g) : song(s), gate(g) {}
+  TStripsPosition(Song& s, SongGate& g) : song(s), gate(g) {}
 
   /// What is shown at a time in ms.
   [[nodiscard]] TPositionView At(std::int32_t milliseconds) const;
   /// Tempo at a time, bpm as the song's table has it.
   [[nodiscard]] std::int32_t TempoAt(std::int32_t milliseconds) const;
   /// Brings `CurrentTimeZone` and `CurrentTempo` of the song to a time.
-  void Follow(Song& of, std::int32_t milliseconds) const;
+  void Follow(std::int32_t milliseconds);
 
   /// The song's key signatures are others: a new song, or they were edited. Not needed for a
   /// transposition, by which they are shown.
@@ -59,7 +59,7 @@ class TStripsPosition {
   };
   [[nodiscard]] std::string KeyAt(std::int32_t tick) const;
 
-  const Song& song;
+  Song& song;
   SongGate& gate;
   std::vector<TKey> keys;  ///< in order of their positions
 };

@@ -29,11 +29,10 @@ class TTempoControl {
 
   /// Applies the offset. While the song plays, the player does it with its next pass. Else it is done
   /// here: the position and the loop stay at their musical places, and `TempoChange` tells of new
-  /// times: position slider, lyrics and texts follow `Song::SongLength` and `Song::TimeZone`. To be
-  /// called behind a stop as well, which may have come before the player took the offset.
+  /// times: position slider, lyrics and texts follow `Song::SongLength` and `Song::TimeZone`.
   void TempoChange();
-  /// True while the player has not taken the offset yet.
-  [[nodiscard]] bool IsPending() const { return desk.player.TempoChanged; }
+  /// The player was stopped or has come to the song's end: applies an offset that it did not take.
+  void PlayerStopped();
 
   /// A new song, or its tempi were edited and are its own ones now: the offset is 0 again.
   void SongChanged();
