@@ -2,12 +2,12 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QFocusFrame>
-#include <QMenu>
+#include <QHeaderView>
 #include <QPainterPath>
 #include <QStyleFactory>
 #include <QStyleOption>
 
+#include "app/controls/Control.h"
 #include "app/controls/FocusRing.h"
 #include "app/controls/Icons.h"
 #include "app/controls/Painting.h"
@@ -50,7 +50,7 @@ constexpr std::array metricRows{
     MetricRow{QStyle::PM_LayoutBottomMargin, 12},
     MetricRow{QStyle::PM_LayoutHorizontalSpacing, 8},
     MetricRow{QStyle::PM_LayoutVerticalSpacing, 8},
-    MetricRow{QStyle::PM_HeaderMargin, 10},
+    MetricRow{QStyle::PM_HeaderMargin, 3},
     MetricRow{QStyle::PM_HeaderMarkSize, 12},
     MetricRow{QStyle::PM_HeaderDefaultSectionSizeVertical, 24},
     MetricRow{QStyle::PM_HeaderGripMargin, 4},
@@ -98,6 +98,9 @@ void SonStyle::polish(QWidget* widget) {
   QProxyStyle::polish(widget);
   if (auto* view = qobject_cast<QAbstractItemView*>(widget))
     view->viewport()->setAttribute(Qt::WA_Hover);
+  if (auto* head = qobject_cast<QHeaderView*>(widget);
+      head != nullptr && head->orientation() == Qt::Horizontal)
+    head->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 void SonStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
@@ -135,6 +138,8 @@ QRect SonStyle::subElementRect(SubElement element, const QStyleOption* option,
     const int side = metrics().px(8), border = metrics().px(2);
     return option->rect.adjusted(side, border, -side, -border);
   }
+  if (element == SE_HeaderLabel)
+    return option->rect.adjusted(metrics().px(10), 0, -metrics().px(10), 0);
   return QProxyStyle::subElementRect(element, option, widget);
 }
 
@@ -157,7 +162,7 @@ QSize SonStyle::sizeFromContents(ContentsType type, const QStyleOption* option, 
 int SonStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
   if (metric == PM_FocusFrameHMargin || metric == PM_FocusFrameVMargin) {
     // The same name means the ring's way out of its widget and a text's way into its cell.
-    if (qobject_cast<const QFocusFrame*>(widget) != nullptr) return metrics().px(4);
+    if (qobject_cast<const QAbstractItemView*>(widget) == nullptr) return metrics().px(4);
     return metric == PM_FocusFrameHMargin ? metrics().px(10) - 1 : metrics().px(2);
   }
   if (IsFrameWidth(metric)) return metrics().hair();
@@ -195,6 +200,7 @@ void DressApplication(QApplication& application) {
   QApplication::setWindowIcon(ApplicationIcon());
   ApplyAppearance();
   new FocusRing(&application);
+  InstallControlAccessibility();
 }
 
 }  // namespace Sonarello

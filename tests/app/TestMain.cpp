@@ -19,7 +19,8 @@ QString& ExpectedWarning() {
 
 void FailOnWarning(QtMsgType type, const QMessageLogContext&, const QString& message) {
   const bool expected = !ExpectedWarning().isEmpty() && message.contains(ExpectedWarning());
-  // What the offscreen platform has no screen for, such as raising a window, is no fault of the program.
+  // What the offscreen platform has no screen for, such as raising a window, is no fault of the
+  // program.
   const bool ofPlatform = message.startsWith(QLatin1String("This plugin does not support "));
   if (type == QtDebugMsg || type == QtInfoMsg || expected || ofPlatform) return;
   ADD_FAILURE() << "Qt says: " << message.toStdString();
