@@ -49,7 +49,7 @@ void TTempoControl::TempoChange() {
 }
 
 void TTempoControl::PlayerStopped() {
-  if (!desk.IsPlaying() && desk.player.TempoChanged) TempoChange();
+  if (IsPending() && !desk.IsPlaying()) TempoChange();
 }
 
 void TTempoControl::ApplyHere() {

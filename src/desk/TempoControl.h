@@ -31,6 +31,8 @@ class TTempoControl {
   /// here: the position and the loop stay at their musical places, and `TempoChange` tells of new
   /// times: position slider, lyrics and texts follow `Song::SongLength` and `Song::TimeZone`.
   void TempoChange();
+  /// True while a player that played has not taken the offset yet.
+  [[nodiscard]] bool IsPending() const { return desk.player.TempoChanged; }
   /// The player was stopped or has come to the song's end: applies an offset that it did not take.
   void PlayerStopped();
 

@@ -110,9 +110,9 @@ TEST_F(StripsTempo, AnOffsetThatThePlayerDidNotTakeIsAppliedBehindTheStop) {
   strips.Tempo.PlayerStopped();
   EXPECT_THAT(Metas(), ElementsAre(120, 60)) << "it plays";
   player.Stop();
-  ASSERT_TRUE(player.TempoChanged);
+  ASSERT_TRUE(strips.Tempo.IsPending());
   strips.Tempo.PlayerStopped();
-  EXPECT_FALSE(player.TempoChanged);
+  EXPECT_FALSE(strips.Tempo.IsPending());
   EXPECT_THAT(Metas(), ElementsAre(140, 80));
   static_cast<void>(Told());
   strips.Tempo.PlayerStopped();
