@@ -1,12 +1,10 @@
 #include "app/panels/EffectCell.h"
 
-#include <QFocusEvent>
 #include <QFontMetricsF>
 #include <QPainter>
 
-#include "app/controls/Metrics.h"
 #include "app/controls/QtText.h"
-#include "app/controls/Theme.h"
+#include "app/controls/Painting.h"
 
 namespace Sonarello {
 
@@ -60,16 +58,7 @@ void EffectCell::PaintFirstLine(QPainter& painter, const QRectF& line) const {
   const Metrics& m = metrics();
   const double light = m.px(LightSize);
   const QRectF disc(line.left(), line.center().y() - light / 2, light, light);
-  if (view_.on) {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(th().play);
-    painter.drawEllipse(disc);
-  } else {
-    const double half = m.hair() / 2.0;
-    painter.setPen(QPen(th().line2, m.hair()));
-    painter.setBrush(th().moff);
-    painter.drawEllipse(disc.adjusted(half, half, -half, -half));
-  }
+  PaintLight(painter, disc.center(), light, view_.on, th().play);
   const double badge = PaintBadge(painter, line);
   const double left = disc.right() + m.px(LightGap);
   const double room = line.right() - left - (badge > 0 ? badge + m.px(2) : 0);
@@ -99,17 +88,6 @@ void EffectCell::paintEvent(QPaintEvent*) {
   const QRectF line(edge, top + first, width() - 2 * edge, second);
   painter.drawText(line.adjusted(0, 0, 1, 0), Qt::AlignLeft | Qt::AlignVCenter,
                    Elided(font, SecondLine(), line.width()));
-}
-
-void EffectCell::focusInEvent(QFocusEvent* event) {
-  byKeyboard_ = ByKeyboard(event->reason());
-  QAbstractButton::focusInEvent(event);
-  if (auto* row = qobject_cast<Panel*>(parentWidget())) row->FocusOfChildChanged();
-}
-
-void EffectCell::focusOutEvent(QFocusEvent* event) {
-  QAbstractButton::focusOutEvent(event);
-  if (auto* row = qobject_cast<Panel*>(parentWidget())) row->FocusOfChildChanged();
 }
 
 }  // namespace Sonarello

@@ -14,21 +14,17 @@ class EffectCell : public QAbstractButton {
 
   void SetView(const EffectView& view);
   [[nodiscard]] const EffectView& view() const { return view_; }
-  [[nodiscard]] bool ShowsFocus() const { return hasFocus() && byKeyboard_; }
   /// What stands in the second line: the effect, "Off" or a dash.
   [[nodiscard]] QString SecondLine() const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
 
  private:
   void PaintFirstLine(QPainter& painter, const QRectF& line) const;
   [[nodiscard]] double PaintBadge(QPainter& painter, const QRectF& line) const;
 
   EffectView view_;
-  bool byKeyboard_ = false;
 };
 
 }  // namespace Sonarello

@@ -1,13 +1,11 @@
 #include "app/panels/EffectRow.h"
 
 #include <QKeyEvent>
-#include <QPainter>
 #include <algorithm>
 #include <cmath>
 
 #include "app/controls/Metrics.h"
 #include "app/controls/QtText.h"
-#include "app/controls/Theme.h"
 #include "app/panels/EffectCell.h"
 
 namespace Sonarello {
@@ -153,11 +151,7 @@ bool EffectRow::eventFilter(QObject* object, QEvent* event) {
   }
 }
 
-void EffectRow::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  for (const EffectCell* cell : cells_) {
-    if (cell->ShowsFocus()) PaintFocusRing(painter, cell->geometry(), metrics().px(4));
-  }
-}
+/// The cells stand on the ground of the window.
+void EffectRow::paintEvent(QPaintEvent*) {}
 
 }  // namespace Sonarello

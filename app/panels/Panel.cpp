@@ -1,11 +1,10 @@
 #include "app/panels/Panel.h"
 
 #include <QPainter>
-#include <QPaintEvent>
 
 #include "app/controls/Metrics.h"
+#include "app/controls/Painting.h"
 #include "app/controls/Theme.h"
-#include "app/panels/PanelButton.h"
 
 namespace Sonarello {
 
@@ -32,28 +31,6 @@ void SetTip(QWidget& control, const Tip& tip) {
   control.setAccessibleDescription(tip.reason.isEmpty() ? tip.value : tip.reason);
 }
 
-void PaintBox(QPainter& painter, const QRectF& rect, double radius, const QColor& face,
-              const QColor& border) {
-  const double half = metrics().hair() / 2.0;
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(border, metrics().hair()));
-  painter.setBrush(face);
-  painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), radius, radius);
-}
-
-void PaintFocusRing(QPainter& painter, const QRectF& control, double radius) {
-  const double away = metrics().px(3);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(th().acc, metrics().px(2)));
-  painter.setBrush(Qt::NoBrush);
-  painter.drawRoundedRect(control.adjusted(-away, -away, away, away), radius + away, radius + away);
-}
-
-bool ByKeyboard(Qt::FocusReason reason) {
-  return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-         reason == Qt::ShortcutFocusReason;
-}
-
 Panel::Panel(QWidget* parent) : QWidget(parent) {}
 
 void Panel::SetDensity(Density density) {
@@ -61,8 +38,6 @@ void Panel::SetDensity(Density density) {
   density_ = density;
   Renew();
 }
-
-void Panel::FocusOfChildChanged() { update(); }
 
 void Panel::Renew() {
   updateGeometry();
@@ -75,11 +50,8 @@ int Panel::Px(double inCompact, double inRegular) const {
   return metrics().px(compact() ? inCompact : inRegular);
 }
 
-void Panel::PaintGround(QPainter& painter, const QColor& face) const {
-  PaintBox(painter, rect(), metrics().px(6), face, th().line);
-  for (const PanelButton* button : findChildren<PanelButton*>(QString(), Qt::FindDirectChildrenOnly)) {
-    if (button->ShowsFocus()) PaintFocusRing(painter, button->geometry(), metrics().px(4));
-  }
+void Panel::PaintGround(QPainter& painter) const {
+  PaintBox(painter, rect(), metrics().px(6), th().bg1, th().line);
 }
 
 void Panel::changeEvent(QEvent* event) {
@@ -94,7 +66,7 @@ void Panel::resizeEvent(QResizeEvent* event) {
 
 void Panel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  PaintGround(painter, th().bg1);
+  PaintGround(painter);
 }
 
 }  // namespace Sonarello

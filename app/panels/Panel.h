@@ -28,16 +28,6 @@ struct Tip {
 /// Gives a control its tool tip, and its reason to assistive programs.
 void SetTip(QWidget& control, const Tip& tip);
 
-/// Fills a rounded rectangle and draws its hairline border inside `rect`, in device pixels of the scale.
-void PaintBox(QPainter& painter, const QRectF& rect, double radius, const QColor& face,
-              const QColor& border);
-
-/// The ring round a control that has the focus of the keyboard; `control` is the control's own rectangle.
-void PaintFocusRing(QPainter& painter, const QRectF& control, double radius);
-
-/// True if the focus came by the keyboard, so that the ring is to be shown.
-[[nodiscard]] bool ByKeyboard(Qt::FocusReason reason);
-
 class Panel : public QWidget {
   Q_OBJECT
  public:
@@ -46,9 +36,6 @@ class Panel : public QWidget {
   void SetDensity(Density density);
   [[nodiscard]] Density density() const { return density_; }
   [[nodiscard]] bool compact() const { return density_ == Density::Compact; }
-
-  /// Shows the focus ring round a child; children call it when their focus changes.
-  void FocusOfChildChanged();
 
  protected:
   /// Places the children. Called after each change of size, density, scale or theme.
@@ -62,8 +49,8 @@ class Panel : public QWidget {
   /// A length of the density in pixels of the scale.
   [[nodiscard]] int Px(double inCompact, double inRegular) const;
 
-  /// Ground and border of an ordinary panel, then the focus ring of the child that has it.
-  void PaintGround(QPainter& painter, const QColor& face) const;
+  /// Ground and border of an ordinary panel.
+  void PaintGround(QPainter& painter) const;
 
   void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;

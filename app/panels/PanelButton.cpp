@@ -1,11 +1,10 @@
 #include "app/panels/PanelButton.h"
 
-#include <QFocusEvent>
 #include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QPainter>
 
-#include "app/controls/Theme.h"
+#include "app/controls/Painting.h"
 
 namespace Sonarello {
 
@@ -167,21 +166,6 @@ void PanelButton::paintEvent(QPaintEvent*) {
   if (!isEnabled() && !faceKept_) painter.setOpacity(Dimmed);
   PaintFace(painter);
   PaintContent(painter);
-}
-
-void PanelButton::TellFocus() {
-  if (auto* panel = qobject_cast<Panel*>(parentWidget())) panel->FocusOfChildChanged();
-}
-
-void PanelButton::focusInEvent(QFocusEvent* event) {
-  byKeyboard_ = ByKeyboard(event->reason());
-  QAbstractButton::focusInEvent(event);
-  TellFocus();
-}
-
-void PanelButton::focusOutEvent(QFocusEvent* event) {
-  QAbstractButton::focusOutEvent(event);
-  TellFocus();
 }
 
 void PanelButton::keyPressEvent(QKeyEvent* event) {

@@ -39,17 +39,12 @@ class PanelButton : public QAbstractButton {
   /// Enables the button, or disables it and tells why in its tip.
   void SetState(bool enabled, const Tip& tip);
 
-  /// True while the ring is to be drawn round the button; the panel draws it.
-  [[nodiscard]] bool ShowsFocus() const { return hasFocus() && byKeyboard_; }
-
   /// Width that the content needs with a padding at both ends, in pixels of the scale.
   [[nodiscard]] int WidthFor(int padding) const;
   [[nodiscard]] QSize sizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
@@ -57,7 +52,6 @@ class PanelButton : public QAbstractButton {
   void PaintContent(QPainter& painter) const;
   [[nodiscard]] QColor Ink() const;
   [[nodiscard]] QFont TextFont() const;
-  void TellFocus();
 
   Icon icon_{};
   bool hasIcon_ = false;
@@ -71,7 +65,6 @@ class PanelButton : public QAbstractButton {
   bool flat_ = false;
   bool faceKept_ = false;
   bool arrow_ = false;
-  bool byKeyboard_ = false;
 };
 
 }  // namespace Sonarello

@@ -8,7 +8,7 @@
 
 #include "app/controls/Metrics.h"
 #include "app/controls/QtText.h"
-#include "app/controls/Theme.h"
+#include "app/controls/Painting.h"
 #include "app/panels/PanelAccess.h"
 #include "app/panels/PanelTexts.h"
 

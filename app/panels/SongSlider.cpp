@@ -11,9 +11,9 @@
 #include <cstdlib>
 #include <utility>
 
+#include "app/controls/FocusRing.h"
 #include "app/controls/Metrics.h"
 #include "app/controls/QtText.h"
-#include "app/controls/Theme.h"
 #include "app/panels/FigurePanel.h"
 #include "app/panels/PanelAccess.h"
 #include "app/panels/PanelTexts.h"
@@ -31,7 +31,7 @@ SongSlider::SongSlider(QWidget* parent) : Panel(parent) {
   setAccessibleName(QText("Songposition", "Song position"));
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
-  setAttribute(Qt::WA_OpaquePaintEvent, false);
+  setProperty(FocusRingProperty, true);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   Renew();
 }
@@ -264,16 +264,9 @@ void SongSlider::wheelEvent(QWheelEvent* event) {
   if (notches != 0) SeekTo(scale_.Step(position_, -notches));
 }
 
-void SongSlider::focusInEvent(QFocusEvent* event) {
-  byKeyboard_ = ByKeyboard(event->reason());
-  Panel::focusInEvent(event);
-  update();
-}
-
 void SongSlider::focusOutEvent(QFocusEvent* event) {
   if (keySeek_) EndHold();
   Panel::focusOutEvent(event);
-  update();
 }
 
 bool SongSlider::event(QEvent* event) {

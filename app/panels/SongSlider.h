@@ -69,7 +69,6 @@ class SongSlider : public Panel {
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
@@ -99,7 +98,6 @@ class SongSlider : public Panel {
   Hold hold_ = Hold::None;
   bool song_ = false;
   bool keySeek_ = false;
-  bool byKeyboard_ = false;
   int wheel_ = 0;
   QPixmap still_;  ///< everything but progress and position
 };

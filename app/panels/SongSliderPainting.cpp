@@ -4,8 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/controls/Metrics.h"
-#include "app/controls/Theme.h"
+#include "app/controls/Painting.h"
 #include "app/panels/SongSlider.h"
 
 namespace Sonarello {
@@ -116,14 +115,6 @@ void SongSlider::paintEvent(QPaintEvent* event) {
   if (!song_) return;
   painter.fillRect(ProgressRect(Track().left(), shownX_, height()), th().acc);
   PaintPosition(painter, shownX_);
-  if (hasFocus() && byKeyboard_) {
-    // The slider fills its row, so its ring lies inside.
-    const double inset = metrics().px(1);
-    painter.setPen(QPen(th().acc, metrics().px(2)));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), metrics().px(4),
-                            metrics().px(4));
-  }
 }
 
 }  // namespace Sonarello

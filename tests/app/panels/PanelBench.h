@@ -1,0 +1,105 @@
+// Views as of a song in the middle of its play, and the appearances that the panels must stand.
+#pragma once
+
+#include <QWidget>
+
+#include "app/controls/Metrics.h"
+#include "app/controls/QtText.h"
+#include "app/controls/Theme.h"
+#include "app/panels/EffectRow.h"
+#include "app/panels/FilePanel.h"
+#include "app/panels/LyricBar.h"
+#include "app/panels/PanelTexts.h"
+#include "app/panels/StatusBar.h"
+#include "core/Texts.h"
+
+namespace Sonarello {
+
+struct InTheme {
+  explicit InTheme(ThemeKind kind) { SetTheme(kind); }
+  ~InTheme() { SetTheme(ThemeKind::Dark); }
+};
+
+struct AtScale {
+  explicit AtScale(int percent) { SetScale(percent); }
+  ~AtScale() { SetScale(100); }
+};
+
+/// Beginnings of `bars` bars of two seconds each, in ms.
+inline std::vector<qint64> EvenBars(int bars, qint64 length = 2000) {
+  std::vector<qint64> starts;
+  for (int i = 0; i < bars; ++i) starts.push_back(i * length);
+  return starts;
+}
+
+inline FileView SongFile() {
+  return {true, QStringLiteral("Muss_i_denn_Genos.mid"), QStringLiteral("/songs/Muss_i_denn_Genos.mid"),
+          true, 0, 480, 171000};
+}
+
+inline EffectView Lit(const QString& block, const QString& effect, int channel = 0) {
+  EffectView view{block, effect};
+  view.on = true;
+  if (channel > 0) {
+    view.part = QText("K %1", "Ch %1").arg(channel);
+    view.spokenPart = QText("Kanal %1", "channel %1").arg(channel);
+  }
+  return view;
+}
+
+inline EffectsView SongEffects() {
+  EffectsView view;
+  view.system = {Lit(QStringLiteral("Chorus"), QStringLiteral("Chorus 3")),
+                 Lit(QStringLiteral("Reverb"), QStringLiteral("Hall 2")),
+                 Lit(QStringLiteral("Variation"), QStringLiteral("Tempo Cross 1")),
+                 Lit(QStringLiteral("Master EQ"), QStringLiteral("Mellow")),
+                 {QStringLiteral("Vocal Harmony"), QStringLiteral("Standard Duet")},
+                 {QStringLiteral("Vocal Effect"), QStringLiteral("Distortion")}};
+  view.system[2].part = QStringLiteral("Right1");
+  const QStringList names{QStringLiteral("Stereo Chorus 2"), QStringLiteral("Rotary Speaker 5"),
+                          QStringLiteral("Compressor + EQ"), QStringLiteral("British Lead")};
+  for (int i = 0; i < 16; ++i) {
+    const QString block = QStringLiteral("DSP %1").arg(i + 1);
+    if (i < names.size()) {
+      view.insertions.push_back(Lit(block, names[i], i + 3));
+    } else {
+      view.insertions.push_back({block, QStringLiteral("Thru")});
+    }
+  }
+  return view;
+}
+
+inline LyricView SongLyrics() {
+  LyricView view{QStringLiteral("G7"), QStringLiteral("C")};
+  const auto add = [&](const char* text, const char* chord = "") {
+    view.line.push_back({QString::fromUtf8(text), QString::fromUtf8(chord)});
+  };
+  add("Muss ", "C");
+  add("i ");
+  add("denn, ");
+  add("muss ");
+  add("i ");
+  add("denn ");
+  add("zum ", "G7");
+  add("Städ");
+  add("te-");
+  add("le ");
+  add("hin-", "C");
+  add("aus, ");
+  add("Städ-", "G7");
+  add("te-");
+  add("le ");
+  add("hin-");
+  add("aus, ", "C");
+  add("und ", "F");
+  add("du, ");
+  view.nextLine = QStringLiteral("Wenn i komm, wenn i komm, wenn i wieder-um komm");
+  return view;
+}
+
+inline StatusView SongStatus() {
+  return {true, 5, QStringLiteral("9:01 – 25:01"), QStringLiteral("14:32"),
+          QStringLiteral("Yamaha Genos"), 4, metrics().percent};
+}
+
+}  // namespace Sonarello
