@@ -48,9 +48,9 @@ class TRecovery {
   void EndSession();
 
   /// The newest backup that a session left behind which has not ended in order, made during it and
-  /// newer than its song; nothing if there is none. Sessions of programs that still run are none. Marks
-  /// without such a backup are taken away. Call it before `BeginSession`, and again after `Answered`
-  /// until there is nothing.
+  /// newer than its song; nothing if there is none. Sessions of programs that still run, this one
+  /// included, are none. Marks without such a backup are taken away. Call it at start, and again after
+  /// `Answered` until there is nothing.
   [[nodiscard]] std::optional<TRecoveryOffer> OfferRecovery();
   /// The user has answered: the offer is not made again.
   void Answered(const TRecoveryOffer& offer);
