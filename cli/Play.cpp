@@ -10,6 +10,7 @@
 #include "PlaybackDesk.h"
 #include "SongFacts.h"
 #include "core/Texts.h"
+#include "desk/PlaceText.h"
 #include "playback/LiveTempo.h"
 
 namespace Sonarello {
@@ -27,7 +28,7 @@ std::optional<Range> RangeOf(const Arguments& arguments, const PlaybackDesk& des
                              std::string& complaint) {
   Range range;
   const auto place = [&](const std::string& text, std::int32_t& time) {
-    const auto found = desk.TimeOfPlace(text);
+    const auto found = TimeOfPlace(desk.Desk().song, text);
     if (found) time = *found;
     if (!found)
       complaint = Text("Diese Stelle gibt es im Song nicht: ", "The song has no such place: ") + text;

@@ -1,7 +1,6 @@
 #include "PlaybackDesk.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "DisplayText.h"
 #include "core/Texts.h"
@@ -116,22 +115,6 @@ std::string PlaybackDesk::StartAudio() {
     }
   }
   return {};
-}
-
-std::optional<std::int32_t> PlaybackDesk::TimeOfPlace(const std::string& text) const {
-  int measure = 0;
-  int beat = 1;
-  const char* const end = text.data() + text.size();
-  const auto [colon, fault] = std::from_chars(text.data(), end, measure);
-  if (fault != std::errc{} || measure < 1) return std::nullopt;
-  if (colon != end) {
-    const auto [behind, wrong] = std::from_chars(colon + 1, end, beat);
-    if ((*colon != ':' && *colon != '.') || wrong != std::errc{} || behind != end || beat < 1)
-      return std::nullopt;
-  }
-  const std::int32_t tick = MTCToSongPosition(desk->song, measure, beat, 0);
-  if (tick < 0 || tick > desk->song.MaxSongPosition) return std::nullopt;
-  return TimeOfPosition(desk->song, tick);
 }
 
 }  // namespace Sonarello

@@ -30,7 +30,7 @@ class PlaybackDesk {
   bool Prepare(const Setup& given, const std::string& file, Console& console);
   /// The setup that the song is opened with.
   [[nodiscard]] const Setup& SongSetup() const { return *setup; }
-  [[nodiscard]] SongDesk& Desk() { return *desk; }
+  [[nodiscard]] SongDesk& Desk() const { return *desk; }
   [[nodiscard]] TMidiPlayer& Player() { return *player; }
   [[nodiscard]] TVSTInstruments& Host() { return host; }
   [[nodiscard]] IOutputs& Outputs() { return outputs; }
@@ -39,9 +39,6 @@ class PlaybackDesk {
   std::string StartAudio();
   /// Starts the player's thread.
   void StartThread() { thread = std::make_unique<TMidiPlayerThread>(*player, clock); }
-
-  /// Time (ms) of a place "measure:beat"; nothing for anything else or a place behind the song.
-  [[nodiscard]] std::optional<std::int32_t> TimeOfPlace(const std::string& text) const;
 
  private:
   /// Builds the routes: the port that is asked for, those of the settings, or the built-in synthesizer.

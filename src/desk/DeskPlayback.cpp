@@ -128,13 +128,13 @@ void Desk::StopButtonClick() {
   if (!song.MidiFileLoaded) return;
   const bool rewinds = !IsPlaying();
   player.Stop();
-  // The player may have ended before it took a new tempo.
-  if (strips.Tempo.IsPending()) strips.Tempo.TempoChange();
+  strips.Tempo.PlayerStopped();
   if (rewinds) strips.ReadFirstValues();
 }
 
 void Desk::EndOfSong() {
   if (IsPlaying() || !song.MidiFileLoaded) return;
+  strips.Tempo.PlayerStopped();
   player.Stop();
   strips.ReadFirstValues();
 }
