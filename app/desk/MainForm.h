@@ -71,6 +71,8 @@ class TMainForm : public QMainWindow, private SongObserver {
   void Start(const std::string& autoload);
   /// Opens a song: asks for a changed one, reads on another thread with progress, shows.
   bool OpenFile(const std::string& file);
+  /// True unless a song is being read.
+  [[nodiscard]] bool IsIdle() const { return !busy; }
   [[nodiscard]] MainMenu& Menu() { return *menu; }
   [[nodiscard]] Workplace& Work() { return p.work; }
 
@@ -149,7 +151,7 @@ class TMainForm : public QMainWindow, private SongObserver {
   void ShowLevels(bool running);
   void ShowLyrics();
   void ShowLoop();
-  void ShowLoopPanel();
+  void MoveLoopEnd(bool end, std::int32_t time);
   void ConnectLoopPanel();
 
   // --- Strips (MainFormStrips.cpp)

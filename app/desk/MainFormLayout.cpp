@@ -60,7 +60,6 @@ void TMainForm::BuildPanels() {
   loopPanel = new LoopPanel(content);
   card = new DropCard(content);
   banner->hide();
-  loopPanel->hide();
 }
 
 void TMainForm::Arrange() {
@@ -86,7 +85,9 @@ void TMainForm::Arrange() {
   ArrangeTransport(left, top, width, m.px(rows.Transport), gap);
   top += m.px(rows.Transport) + gap;
   slider->setGeometry(left, top, width, m.px(rows.Slider));
-  loopPanel->PlaceBelow(slider->geometry());
+  // The panel of the loop lies over what is below the slider; it knows how high it is.
+  loopPanel->setGeometry(left, slider->geometry().bottom() + 1, loopPanel->sizeHint().width(),
+                         loopPanel->height());
   top += m.px(rows.Slider) + gap;
 
   int bottom = content->height() - m.px(rows.Status);

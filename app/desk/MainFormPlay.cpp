@@ -36,7 +36,8 @@ void TMainForm::ConnectTransport() {
   connect(transport, &TransportPanel::windBack, this, [this] { WindBy(-WindStep); });
   connect(transport, &TransportPanel::windBackEnded, this, &TMainForm::EndWind);
   connect(transport, &TransportPanel::loopClicked, this, &TMainForm::LoopClick);
-  connect(transport, &TransportPanel::loopPanelWanted, this, [this] { loopPanel->Open(); });
+  connect(transport, &TransportPanel::loopPanelWanted, this,
+          [this] { loopPanel->Slide(!loopPanel->open()); });
 
   TTempoControl& tempi = p.work.desk.strips.Tempo;
   connect(tempo, &TempoPanel::Tempo_MinusClick, this, [this, &tempi] {
@@ -151,28 +152,6 @@ void TMainForm::EndWind() {
   ShowPosition();
 }
 
-void TMainForm::LoopClick() {
-  if (!p.work.desk.song.MidiFileLoaded) return;
-  if (p.work.desk.Player().Looping) {
-    p.work.desk.EndLoop();
-  } else {
-    // Without a range of its own the loop takes the whole song.
-    if (loopEnd <= loopStart) {
-      loopStart = 0;
-      loopEnd = p.work.desk.song.SongLength;
-    }
-    p.work.desk.SetLoop(loopStart, loopEnd);
-  }
-  ShowLoop();
-}
-
-void TMainForm::SetLoop(std::int32_t start, std::int32_t end) {
-  if (!p.work.desk.SetLoop(start, end)) return;
-  loopStart = start;
-  loopEnd = end;
-  ShowLoop();
-}
-
 void TMainForm::DisplayTimerTimer() {
   if (DisplayTimerTag || busy) return;
   DisplayTimerTag = true;
@@ -259,18 +238,6 @@ void TMainForm::ShowTimes() {
   slider->SetBars(std::vector<qint64>(bars.begin(), bars.end()), song.SongLength);
   display->SetSong(true);
   display->SetLastMeasure(std::max(song.MaxSongPositionMeasure, MostMeasures));
-}
-
-void TMainForm::ShowLoop() {
-  const TMidiPlayer& player = p.work.desk.Player();
-  const bool on = player.Looping;
-  if (on) {
-    loopStart = player.LoopStart;
-    loopEnd = player.LoopEnd;
-  }
-  slider->SetLoop(on ? std::optional<LoopSpan>(LoopSpan{loopStart, loopEnd}) : std::nullopt);
-  ShowLoopPanel();
-  ShowTransport();
 }
 
 void TMainForm::ShowLevels(bool running) {
