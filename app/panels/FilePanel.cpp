@@ -60,7 +60,7 @@ QSize FilePanel::minimumSizeHint() const {
 }
 
 void FilePanel::PaintName(QPainter& painter, const QRect& line) const {
-  const QFont& font = metrics().font(Role::FileName);
+  const QFont& font = metrics().font(compact() ? Role::Value : Role::FileName);
   const QFontMetricsF sizes(font);
   const double dot = metrics().f(4), gap = metrics().f(5);
   const double room = line.width() - (view_.modified ? dot + 2 * gap : 0);

@@ -181,7 +181,7 @@ void LyricBar::PaintSyllable(QPainter& painter, int syllable, int top) const {
 
 void LyricBar::PaintLine(QPainter& painter) const {
   const Metrics& m = metrics();
-  const QFont nextFont = FontOf(FontStack::Text, 15, QFont::Normal);
+  const QFont nextFont = FontOf(FontStack::Text, metrics().f(15), QFont::Normal);
   const int chord = m.lineHeight(Role::LyricChord);
   const int lyric = m.lineHeight(compact() ? Role::LyricCompact : Role::Lyric);
   const int next = compact() ? 0 : m.px(20);

@@ -8,7 +8,7 @@
 
 namespace Sonarello {
 
-QString ToolTipOf(const Tip& tip) {
+QString ToolTipOf(const PanelTip& tip) {
   QString text;
   const auto add = [&](const QString& part) {
     if (part.isEmpty()) return;
@@ -26,7 +26,7 @@ QString ToolTipOf(const Tip& tip) {
   return QLatin1String("<qt>") + text + QLatin1String("</qt>");
 }
 
-void SetTip(QWidget& control, const Tip& tip) {
+void SetTip(QWidget& control, const PanelTip& tip) {
   control.setToolTip(ToolTipOf(tip));
   control.setAccessibleDescription(tip.reason.isEmpty() ? tip.value : tip.reason);
 }

@@ -15,7 +15,7 @@ namespace Sonarello {
 enum class Density { Compact, Regular };
 
 /// A tool tip in parts: what a control does, its value, its shortcut, and why it is out of order.
-struct Tip {
+struct PanelTip {
   QString what;
   QString value = {};
   QString shortcut = {};
@@ -23,10 +23,10 @@ struct Tip {
 };
 
 /// The tip as a tool tip shows it: the shortcut last and quieter. Long sentences wrap.
-[[nodiscard]] QString ToolTipOf(const Tip& tip);
+[[nodiscard]] QString ToolTipOf(const PanelTip& tip);
 
 /// Gives a control its tool tip, and its reason to assistive programs.
-void SetTip(QWidget& control, const Tip& tip);
+void SetTip(QWidget& control, const PanelTip& tip);
 
 class Panel : public QWidget {
   Q_OBJECT

@@ -86,7 +86,7 @@ void PanelButton::SetArrow(bool arrow) {
   update();
 }
 
-void PanelButton::SetState(bool enabled, const Tip& tip) {
+void PanelButton::SetState(bool enabled, const PanelTip& tip) {
   setEnabled(enabled);
   SetTip(*this, tip);
 }

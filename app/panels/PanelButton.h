@@ -37,7 +37,7 @@ class PanelButton : public QAbstractButton {
   /// An arrow at the right end: the button opens a menu.
   void SetArrow(bool arrow);
   /// Enables the button, or disables it and tells why in its tip.
-  void SetState(bool enabled, const Tip& tip);
+  void SetState(bool enabled, const PanelTip& tip);
 
   /// Width that the content needs with a padding at both ends, in pixels of the scale.
   [[nodiscard]] int WidthFor(int padding) const;

@@ -14,7 +14,7 @@ namespace {
 constexpr double GripWidth = 12, GripHeight = 11, GripRadius = 3, LineWidth = 2;
 constexpr double FlagWidth = 6, FlagHeight = 7;
 constexpr double TallTick = 4, ShortTick = 12, TickEnd = 16;
-constexpr double LeastTicks = 8, NumberGap = 4, NumberSize = 11.5;
+constexpr double LeastTicks = 8, NumberGap = 4, NumberSize = 11.5, NumberBaseline = 14;
 constexpr double ProgressHeight = 3, ProgressUp = 6;
 constexpr double LoopShare = 0.13;
 
@@ -35,7 +35,7 @@ QRect SongSlider::PositionRect(double x) const {
 void SongSlider::PaintTicks(QPainter& painter) const {
   const Metrics& m = metrics();
   const QRectF track = Track();
-  const QFont font = FontOf(FontStack::Text, NumberSize, QFont::Normal);
+  const QFont font = FontOf(FontStack::Text, metrics().f(NumberSize), QFont::Normal);
   const QFontMetricsF sizes(font);
   painter.setFont(font);
   double free = 0;
@@ -49,7 +49,7 @@ void SongSlider::PaintTicks(QPainter& painter) const {
     const double left = x + m.px(NumberGap), width = sizes.horizontalAdvance(number);
     if (left < free || left + width > this->width() - m.px(2)) continue;
     painter.setPen(th().tx2);
-    painter.drawText(QPointF(left, m.px(TallTick) + sizes.ascent() - m.f(1)), number);
+    painter.drawText(QPointF(left, m.px(NumberBaseline)), number);
     free = left + width + m.px(NumberGap);
   }
   const double end = std::floor(track.right());

@@ -16,7 +16,7 @@ namespace {
 constexpr double Edge = 12, Gap = 16, SeparatorHeight = 14;
 constexpr double BarWidth = 140, BarHeight = 6;
 
-QFont LineFont() { return FontOf(FontStack::Text, 12, QFont::Normal); }
+QFont LineFont() { return FontOf(FontStack::Text, metrics().f(12), QFont::Normal); }
 
 QString PerCent(int value) { return QString::number(value) + QStringLiteral(" %"); }
 

@@ -62,7 +62,7 @@ void TransportPanel::SetView(const TransportView& view) {
 
 void TransportPanel::Refresh() {
   const QString noSong = view_.song ? QString() : NoSongReason();
-  const auto set = [&](Button which, const QString& reason, Tip tip) {
+  const auto set = [&](Button which, const QString& reason, PanelTip tip) {
     tip.reason = reason;
     buttons_[which]->SetState(reason.isEmpty(), tip);
   };

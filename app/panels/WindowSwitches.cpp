@@ -13,7 +13,7 @@ namespace Sonarello {
 
 namespace {
 
-constexpr double ButtonHeight = 22, Padding = 10, Gap = 4, SwitchIcon = 14;
+constexpr double ButtonHeight = 22, Padding = 9, Gap = 4, SwitchIcon = 14;
 constexpr double SeparatorHeight = 14, SeparatorGap = 12, LightGap = 10, LightSize = 8, TextGap = 4;
 
 struct SwitchRow {
@@ -39,7 +39,7 @@ constexpr std::array<SwitchRow, DeskWindows> Rows{{
 
 QString MidiInText() { return QStringLiteral("MIDI IN"); }
 
-QFont LineFont() { return FontOf(FontStack::Text, 12, QFont::Normal); }
+QFont LineFont() { return FontOf(FontStack::Text, metrics().f(12), QFont::Normal); }
 
 }  // namespace
 

@@ -17,7 +17,7 @@
 #include "app/panels/TransportPanel.h"
 #include "app/panels/TransposePanel.h"
 #include "app/panels/WindowSwitches.h"
-#include "panels/PanelBench.h"
+#include "app/panels/PanelBench.h"
 
 namespace Sonarello {
 namespace {
@@ -215,7 +215,7 @@ std::vector<Look> AllLooks() {
 }
 
 INSTANTIATE_TEST_SUITE_P(Panels, Gallery, testing::ValuesIn(AllLooks()),
-                         [](const auto& info) { return ToStd(NameOf(info.param)); });
+                         [](const auto& look) { return ToStd(NameOf(look.param)); });
 
 }  // namespace
 }  // namespace Sonarello
