@@ -54,6 +54,11 @@ struct TOptionsInput {
   std::vector<std::string> Inputs;
 };
 
+/// What is stored, for the window: all of it, and the outputs and inputs that are connected.
+[[nodiscard]] TOptionsInput LoadOptionsInput(const ISettings& settings,
+                                             std::vector<std::string> outputs,
+                                             std::vector<std::string> inputs);
+
 /// A copy of the settings under the user's hands.
 class OptionsEdit {
  public:
@@ -63,6 +68,11 @@ class OptionsEdit {
   [[nodiscard]] std::string Value(std::string_view key) const;
   /// Sets a value; a number is brought into its range. False if the key is unknown or the text none.
   bool SetValue(std::string_view key, std::string_view text);
+  /// Why an option does nothing now: its room is not built, or a flag that it needs is off. Empty if it
+  /// works.
+  [[nodiscard]] std::string WhyDisabled(std::string_view key) const;
+  /// What an option does, its range and default; in front of it, why it is disabled.
+  [[nodiscard]] std::string Explanation(std::string_view key) const;
 
   [[nodiscard]] const TEditedRoute& Route(int index) const;
   /// Sets a route's instrument; the first that a route gets brings the first output along.
@@ -70,6 +80,8 @@ class OptionsEdit {
   void SetRouteOutput(int index, const std::string& output);
   /// Takes a route out; those behind it move up. Route 0 stays: it is the main instrument.
   void RemoveRoute(int index);
+  /// One more than the last route in use.
+  [[nodiscard]] int UsedRoutes() const;
   /// Rows that the window shows: the routes in use and one more, at least 8, at most 100.
   [[nodiscard]] int ShownRoutes() const;
   /// True if a route can be edited: all in front of it are in use.
@@ -84,6 +96,9 @@ class OptionsEdit {
   [[nodiscard]] std::string RoutesWarning() const;
 
   [[nodiscard]] TOptionChanges Changes() const;
+  /// What the user is told when the changes are made: what waits for the next start or for the song to
+  /// be loaded again. Empty if nothing does.
+  [[nodiscard]] std::string AfterChangeText() const;
   /// Writes what changed.
   void Store(ISettings& settings) const;
 

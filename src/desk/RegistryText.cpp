@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view KeyPath = "HKEY_CURRENT_USER\\SOFTWARE\\Brightfold\\Sonarello XI";
 
-/// Column behind which a list of bytes goes on in the next line, its backslash not counted.
+/// A list of bytes goes on in the next line once a line has this many columns.
 constexpr std::size_t FoldColumn = 77;
 
 std::string Quoted(std::string_view text) {
@@ -38,15 +38,15 @@ std::string ByteList(std::string_view start, std::span<const std::uint8_t> bytes
   // Columns count characters of the file, not bytes of UTF-8.
   std::size_t column = ToUtf16(start).size();
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    if (column + 3 > FoldColumn && i > 0) {
-      list += "\\\r\n  ";
-      column = 2;
-    }
     char digits[4];
     std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned>(bytes[i]));
     list += digits;
-    if (i + 1 < bytes.size()) list += ',';
+    if (i + 1 == bytes.size()) break;
+    list += ',';
     column += 3;
+    if (column < FoldColumn) continue;
+    list += "\\\r\n  ";
+    column = 2;
   }
   return list;
 }

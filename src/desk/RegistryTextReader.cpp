@@ -84,7 +84,7 @@ class Reader {
       ReadHead();
       while (!in.AtEnd()) ReadLine();
       if (import.Changes.empty())
-        throw TFault{"Die Datei enthält keine Einstellungen.", "The file holds no settings."};
+        import.Error = Text("Die Datei enthält keine Einstellungen.", "The file holds no settings.");
     } catch (const TFault& fault) {
       // One fault is enough: nothing of the file takes effect.
       const std::string number = std::to_string(startLine);

@@ -49,6 +49,15 @@ int Inside(int start, int length, int screenStart, int screenLength) {
   return static_cast<int>(std::max<long long>(screenStart, std::min<long long>(start, last)));
 }
 
+void BringToScreen(TPlace& place, std::span<const TPlace> screens, int leastWidth, int leastHeight) {
+  const TPlace& screen = NearestScreen(place, screens);
+  FitSize(place, screen, leastWidth, leastHeight);
+  const auto held = [&](const TPlace& one) { return CanBeHeld(place, one); };
+  if (std::ranges::any_of(screens, held)) return;
+  place.Left = Inside(place.Left, place.Width, screen.Left, screen.Width);
+  place.Top = Inside(place.Top, place.Height, screen.Top, screen.Height);
+}
+
 using enum TPlaceOwner;
 
 constexpr TWindowPlace Windows[] = {
@@ -155,12 +164,12 @@ TPlace CheckFormLayout(TPlace place, std::span<const TPlace> screens, int leastW
     place.Top = main.Top + std::max(0, (main.Height - place.Height) / 2);
     return place;
   }
-  const TPlace& screen = NearestScreen(place, screens);
-  FitSize(place, screen, leastWidth, leastHeight);
-  const auto held = [&](const TPlace& one) { return CanBeHeld(place, one); };
-  if (std::ranges::any_of(screens, held)) return place;
-  place.Left = Inside(place.Left, place.Width, screen.Left, screen.Width);
-  place.Top = Inside(place.Top, place.Height, screen.Top, screen.Height);
+  // A window that shrinks to its screen may come nearer to another, which then is its screen.
+  for (std::size_t i = 0; i <= screens.size(); ++i) {
+    const TPlace before = place;
+    BringToScreen(place, screens, leastWidth, leastHeight);
+    if (place == before) break;
+  }
   return place;
 }
 
