@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "Desk.h"
 #include "Measure.h"
 #include "core/EventList.h"
 #include "core/OpenPipeline.h"
@@ -89,6 +90,7 @@ PlayerFigures MeasurePlayer(const std::string& file, int instrument) {
                    for (int i = 0; i < passes; ++i) player.PlayMidiData();
                  }) /
                  passes;
+  figures.Fader = MeasureFader({song, options, routes, outputs, realtime, gate, player, functions});
   player.TempoOffset = 5;
   player.TempoChanged = true;
   figures.Tempo = Seconds([&] { player.PlayMidiData(); });

@@ -151,7 +151,8 @@ void MeasureNames(const Arguments& arguments) {
 
 void MeasurePlaying(const Arguments& arguments) {
   const PlayerFigures figures = MeasurePlayer(arguments.at(1), Instrument(arguments));
-  std::printf("%.9f %.9f %.9f %.12f", figures.Walk, figures.Move, figures.Tempo, figures.Pass);
+  std::printf("%.9f %.9f %.9f %.12f %.12f", figures.Walk, figures.Move, figures.Tempo, figures.Pass,
+              figures.Fader);
 }
 
 void MeasureRendering(const Arguments& arguments) {

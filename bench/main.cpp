@@ -170,18 +170,20 @@ void MeasureGrowth(Report& report, const std::string& what, const std::string& b
 void MeasurePlayback(Report& report, const std::string& song, int rounds) {
   std::printf("the player\n");
   Series walk, move, tempo;
-  Figures pass;
+  Figures pass, fader;
   for (int round = 0; round < rounds; ++round) {
     const Figures figures = InFreshProcess({"measure", "player", song, "87"});
     walk.Add(figures.at(0));
     move.Add(figures.at(1));
     tempo.Add(figures.at(2));
     pass.push_back(1e6 * figures.at(3));
+    fader.push_back(1e6 * figures.at(4));
   }
   report.Row("wind to the end / plain walk", move.Over(walk), Limit::AtMost, 1.5, Against(move, walk));
   report.Row("live tempo change / plain walk", tempo.Over(walk), Limit::AtMost, 4,
              Against(tempo, walk));
   report.Row("microseconds of a pass with nothing due", Median(pass), Limit::AtMost, 2, "");
+  report.Row("microseconds to move a fader", Median(fader), Limit::AtMost, 5, "");
 }
 
 void MeasureRenders(Report& report, const WorkFolder& folder, int rounds) {
