@@ -99,6 +99,15 @@ std::vector<TBrowserCategory> EmptyCategories(const TSoundList& list, bool isDru
   return categories;
 }
 
+/// True if a bank has the title of another and no sound that is not there, too: the kits of a GS map
+/// stand in the list of its sounds and, with their notes, in one of their own.
+bool Repeats(const TBrowserBank& bank, const TBrowserBank& other) {
+  if (bank.Name != other.Name || bank.IsDrums != other.IsDrums || bank.Rows().empty()) return false;
+  return std::ranges::all_of(bank.Rows(), [&](const TPatch& row) {
+    return std::ranges::find(other.Rows(), row.Address(), &TPatch::Address) != other.Rows().end();
+  });
+}
+
 }  // namespace
 
 std::string VoiceLabel(std::string_view name) {
@@ -122,6 +131,8 @@ void TBrowserBanks::Add(const TSoundList& list, bool kits) {
   bank.Kits = kits;
   bank.IsDrums = kits || HoldsDrums(list.Spec->Scope);
   bank.Name = TitleOf(*list.Spec, bank.IsDrums);
+  if (std::ranges::any_of(banks, [&](const TBrowserBank& other) { return Repeats(bank, other); }))
+    return;
   bank.Categories = EmptyCategories(list, bank.IsDrums);
   const bool byProgram = !bank.IsDrums && list.Spec->Layout == Layout::P;
   const std::span<const TPatch> rows = bank.Rows();
