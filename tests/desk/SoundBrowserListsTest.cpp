@@ -77,11 +77,10 @@ TEST(SoundBrowserLists, StandInTheOrderOfTheirNamesIfTheyAreSorted) {
   const TBrowserBank& panel = bench.browser.Banks().Banks().front();
   for (const TBrowserCategory& category : panel.Categories)
     for (std::size_t s = 1; s < category.Sounds.size(); ++s) {
-      const auto& rows = panel.Rows();
-      EXPECT_LE(CompareTexts(rows[static_cast<std::size_t>(category.Sounds[s - 1])].Name,
-                             rows[static_cast<std::size_t>(category.Sounds[s])].Name),
-                std::strong_ordering::equal)
-          << category.Name;
+      const auto nameOf = [&](std::size_t i) {
+        return panel.Rows()[static_cast<std::size_t>(category.Sounds[i])].Name;
+      };
+      EXPECT_TRUE(CompareTexts(nameOf(s - 1), nameOf(s)) <= 0) << category.Name;
     }
 }
 
