@@ -272,8 +272,9 @@ struct BrokenPort : RecordingOutputs {
     ++tries;
     throw EMidiOutputError("no such device");
   }
-  [[nodiscard]] bool IsOpen(int) const override { return false; }
+  [[nodiscard]] bool IsOpen(int) const override { return mended; }
   int tries = 0;
+  bool mended = false;
 };
 
 TEST_F(StripsMoves, APortThatFailsIsToldOnceForEachGrip) {
@@ -293,6 +294,10 @@ TEST_F(StripsMoves, APortThatFailsIsToldOnceForEachGrip) {
   desk.Moves.TB_Volume00MouseDown(0);
   desk.Moves.TB_Volume00Change(0, 70);
   EXPECT_EQ(broken.tries, 2);
+  broken.mended = true;
+  desk.Moves.TB_Volume00Change(0, 71);
+  EXPECT_EQ(broken.tries, 2);
+  EXPECT_THAT(Sent(), ElementsAre("B0 07 47")) << "the port was opened elsewhere meanwhile";
 }
 
 TEST_F(StripsMoves, AMessageThatAPortLosesIsNotTold) {
