@@ -1,6 +1,7 @@
 #include "playback/EventMessages.h"
 
 #include <algorithm>
+#include <random>
 
 #include "core/DeskCopy.h"
 
@@ -23,6 +24,15 @@ std::uint8_t WireStatus(const Song& song, const TRealtimeData& realtime, std::ui
                                    (split ? SplitDrumChannel : realtime.Realtime[channel].MidiChannel));
 }
 
+/// Velocity of a note whose channel has notes that are all alike: anywhere in the new range but its
+/// top.
+int DrawnVelocity(const TNotesVelocities& range) {
+  // Each thread that plays or renders draws for itself.
+  thread_local std::minstd_rand random;
+  const int span = range.NewMaximum - range.NewMinimum;
+  return range.NewMinimum + (span > 0 ? static_cast<int>(random() % static_cast<unsigned>(span)) : 0);
+}
+
 /// Velocity of a note-on: never 0, which would end the note.
 int VelocityOf(const Song& song, std::size_t channel, const TypMidiEvent& note) {
   const TMidiChannelData& data = song.MidiData[channel];
@@ -31,7 +41,8 @@ int VelocityOf(const Song& song, std::size_t channel, const TypMidiEvent& note) 
   if (data.DrumPart > 0)
     velocity += data.DrumArray[note.Value[0]].DeltaVelocity;
   else if (range.Mapped)
-    velocity = MappedVelocity(range, note.Value[1]);
+    velocity =
+        range.Minimum == range.Maximum ? DrawnVelocity(range) : MappedVelocity(range, note.Value[1]);
   return std::max(AsVelocity(velocity), 1);
 }
 

@@ -17,9 +17,12 @@ void SetTables(Song& song, std::int32_t offset) {
   const std::size_t count = std::min(song.SourceTempo.size(), song.BackupTempo.size());
   for (std::size_t i = 0; i < count; ++i) {
     const std::int32_t tempo = std::clamp(song.BackupTempo[i] + offset, SlowestTempo, 65535);
-    song.SourceTempo[i].Tempo = static_cast<std::uint16_t>(tempo);
-    song.SourceTempo[i].TempoLongInt =
-        static_cast<std::int32_t>(std::nearbyint(MicrosPerMinute / tempo));
+    TTempo& entry = song.SourceTempo[i];
+    entry.Tempo = static_cast<std::uint16_t>(tempo);
+    // Back at its own tempo a song has its fractions of beats again.
+    const bool own = offset == 0 && BeatsPerMinute(entry.OriginalTempoLongint) == tempo;
+    entry.TempoLongInt = own ? entry.OriginalTempoLongint
+                             : static_cast<std::int32_t>(std::nearbyint(MicrosPerMinute / tempo));
   }
 }
 

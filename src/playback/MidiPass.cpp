@@ -192,11 +192,16 @@ void TMidiPlayer::JumpToLoopStart() {
   if (Hooks.LoopRewound) Hooks.LoopRewound();
 }
 
-/// Tempi follow the desk's offset; the song goes on at the same musical place.
+/// Tempi follow the desk's offset; the song goes on at the same musical place, the loop stays at its
+/// own.
 void TMidiPlayer::ApplyTempo() {
   const std::int32_t tick = TickOfTime(p.song, TimePosition);
+  const std::int32_t loopStart = TickOfTime(p.song, LoopStart);
+  const std::int32_t loopEnd = TickOfTime(p.song, LoopEnd);
   ApplyTempoOffset(p.song, p.functions, TempoOffset);
   TimePosition = tick > 0 ? TimeOfPosition(p.song, tick) : 0;
+  LoopStart = TimeOfPosition(p.song, loopStart);
+  LoopEnd = TimeOfPosition(p.song, loopEnd);
   StartTime = Now() - TimePosition;
   lastPutTime = TimePosition;
   if (Hooks.TempoApplied) Hooks.TempoApplied();

@@ -7,6 +7,8 @@ namespace {
 /// Controllers that winding brings to the devices; all others are not chased.
 constexpr std::uint8_t Chased[] = {1, 7, 10, 11, 71, 72, 73, 74, 91, 93, 94};
 
+constexpr std::uint8_t Fader = 7;
+
 }  // namespace
 
 void PositionSlider::TrackBarMouseDown() {
@@ -32,7 +34,10 @@ void PositionSlider::Park(std::size_t channel) {
   const TChannelSnapshot& before = snapshot[channel];
   for (const std::uint8_t n : Chased) {
     const TCtrl& now = data.CtrlArray[n];
-    if (now.Value != NoControllerValue && now.Value != before.Ctrl[n]) pending.Ctrl[n] = now.Value;
+    if (now.Value == NoControllerValue || now.Value == before.Ctrl[n]) continue;
+    pending.Ctrl[n] = now.Value;
+    // A fader that was moved elsewhere in the song would have the last word.
+    if (n == Fader) pending.Volume = NothingPending;
   }
   const bool sound = data.Patch != before.Patch || data.CtrlArray[0].Value != before.Ctrl[0] ||
                      data.CtrlArray[32].Value != before.Ctrl[32];

@@ -213,6 +213,17 @@ TEST_F(StripsMoves, AFaderTakesBackTheVolumeThatWindingLeft) {
   EXPECT_THAT(Sent(), ElementsAre("B0 07 0F"));
 }
 
+TEST_F(StripsMoves, WindingTakesBackTheFaderThatWaits) {
+  TwoChannels();
+  strips.Moves.TB_Volume00Change(0, 15);
+  PositionSlider slider(player, song, realtime, gate);
+  slider.TrackBarMouseDown();
+  slider.TrackBarChange(600);
+  ASSERT_TRUE(slider.TrackBarMouseUp());
+  ASSERT_TRUE(player.PreparePlay());
+  EXPECT_THAT(Sent(), ElementsAre("B0 07 5A"));
+}
+
 TEST_F(StripsMoves, OnAHostedRouteAMoveWaitsWhileStoppedEvenWithTheDriverGrabbed) {
   TwoChannels();
   Hosted(0);

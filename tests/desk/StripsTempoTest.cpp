@@ -139,6 +139,25 @@ TEST_F(StripsTempo, TheLoopStaysAtItsMusicalPlace) {
   EXPECT_EQ(player.LoopEnd, 917);
 }
 
+TEST_F(StripsTempo, TheLoopStaysAtItsPlaceWhileItPlays) {
+  Make();
+  player.SetLoop(500, 1500);
+  Start();
+  strips.Tempo.SetOffset(60);
+  Elapse(1);
+  EXPECT_EQ(player.LoopStart, 333);
+  EXPECT_EQ(player.LoopEnd, 917);
+}
+
+TEST_F(StripsTempo, TheNullClickBringsFractionsOfBeatsBack) {
+  NewTrack().Tempo(0, 502'000).On(960, 60).Off(1000, 60);
+  Loaded();
+  strips.Tempo.Tempo_PlusClick();
+  strips.Tempo.Tempo_MinusClick();
+  EXPECT_EQ(NoteTimes()[0], 1004);
+  EXPECT_EQ(song.SourceTempo[0].TempoLongInt, 502'000);
+}
+
 TEST_F(StripsTempo, PlaysOnFromWhereItStoodAtTheNewTempo) {
   Make();
   player.MoveToTimePosition(1900);
