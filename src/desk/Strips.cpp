@@ -97,7 +97,7 @@ TPanelView TStrips::Panel() const {
   const int active = Desk.song.MidiFileLoaded ? Desk.song.ActiveMidiIndex : -1;
   const auto held = Desk.gate.Enter();
   for (std::size_t i = 0; i < view.size(); ++i) {
-    const int controller = PanelControllers[i];
+    const int controller = PanelControllerNumbers[i];
     TPanelControl& control = view[i];
     control = {.Controller = controller, .Value = DefaultControllerValue(controller)};
     if (TStripsDesk::IsChannel(active)) {

@@ -42,7 +42,7 @@ struct TPanelControl {
   bool InSong = false;  ///< the song has an event for it
   friend bool operator==(const TPanelControl&, const TPanelControl&) = default;
 };
-using TPanelView = std::array<TPanelControl, std::size(PanelControllers)>;
+using TPanelView = std::array<TPanelControl, std::size(PanelControllerNumbers)>;
 
 /// The strips. All operations run on the main thread, also during playback; each takes the gate for
 /// itself. Without a song they do nothing.

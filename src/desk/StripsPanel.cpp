@@ -22,7 +22,7 @@ std::string_view WithoutBlanks(std::string_view text) {
 }  // namespace
 
 bool IsPanelController(int controller) noexcept {
-  return std::ranges::find(PanelControllers, controller) != std::end(PanelControllers);
+  return std::ranges::find(PanelControllerNumbers, controller) != std::end(PanelControllerNumbers);
 }
 
 int DefaultControllerValue(int controller) noexcept {

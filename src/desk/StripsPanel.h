@@ -14,7 +14,7 @@ inline constexpr int ExpressionController = 11;
 
 /// The controllers of the panel, in the order in which they stand there: panorama, expression, reverb,
 /// chorus, harmonics, release, attack, brightness, celeste.
-inline constexpr int PanelControllers[] = {10, 11, 91, 93, 71, 72, 73, 74, 94};
+inline constexpr int PanelControllerNumbers[] = {10, 11, 91, 93, 71, 72, 73, 74, 94};
 
 [[nodiscard]] bool IsPanelController(int controller) noexcept;
 /// Where a control stands that the song gives no value: what a device starts with (GM2).

@@ -39,7 +39,7 @@ std::string TempoText(std::int32_t tenths) {
 
 }  // namespace
 
-std::string PositionText(std::int32_t measure, std::int32_t beat) {
+std::string MeasureText(std::int32_t measure, std::int32_t beat) {
   return std::to_string(measure) + (beat < 10 ? ":0" : ":") + std::to_string(beat);
 }
 
@@ -81,7 +81,7 @@ TPositionView TStripsPosition::At(std::int32_t milliseconds) const {
     view.TempoText = TempoText(tenths);
     view.Signature = std::to_string(zone.TS_Numerator) + '/' + std::to_string(zone.TS_Denominator);
   }
-  view.Position = PositionText(view.Measure, view.Beat);
+  view.Position = MeasureText(view.Measure, view.Beat);
   view.Key = KeyAt(view.SongPosition);
   return view;
 }

@@ -28,7 +28,7 @@ struct TPositionView {
 };
 
 /// Measure and beat: a single digit of the beat has a 0 in front.
-[[nodiscard]] std::string PositionText(std::int32_t measure, std::int32_t beat);
+[[nodiscard]] std::string MeasureText(std::int32_t measure, std::int32_t beat);
 /// Minutes, seconds and ms of a time in ms.
 [[nodiscard]] std::string ClockText(std::int32_t milliseconds);
 /// Name of a key signature: sharps (positive) or flats, minor if `MI` is 1. Empty if there is no such.

@@ -113,7 +113,7 @@ TEST_F(StripsMoves, EachControllerOfThePanelMovesItsOwnEventOfTheActiveChannel) 
   Placeholders();
   strips.Desk.SetMidiChannel(1);
   int value = 20;
-  for (const int controller : PanelControllers) {
+  for (const int controller : PanelControllerNumbers) {
     out.Sent.clear();
     Start();
     strips.Moves.PanelChange(controller, ++value);
@@ -348,7 +348,7 @@ TEST(StripsPanel, KnowsWhereControlsStandWithoutAValue) {
 }
 
 TEST(StripsPanel, HoldsNineControllers) {
-  EXPECT_THAT(PanelControllers, ElementsAre(10, 11, 91, 93, 71, 72, 73, 74, 94));
+  EXPECT_THAT(PanelControllerNumbers, ElementsAre(10, 11, 91, 93, 71, 72, 73, 74, 94));
   EXPECT_TRUE(IsPanelController(94));
   EXPECT_FALSE(IsPanelController(7));
 }

@@ -28,13 +28,13 @@ struct StripsPosition : ::testing::Test, StripsBench {
   }
 };
 
-TEST(PositionText, PutsAZeroInFrontOfASingleDigit) {
-  EXPECT_EQ(PositionText(1, 1), "1:01");
-  EXPECT_EQ(PositionText(17, 9), "17:09");
-  EXPECT_EQ(PositionText(120, 12), "120:12");
+TEST(MeasureText, PutsAZeroInFrontOfASingleDigit) {
+  EXPECT_EQ(MeasureText(1, 1), "1:01");
+  EXPECT_EQ(MeasureText(17, 9), "17:09");
+  EXPECT_EQ(MeasureText(120, 12), "120:12");
 }
 
-TEST(PositionText, ShowsTimesWithThousandths) {
+TEST(MeasureText, ShowsTimesWithThousandths) {
   EXPECT_EQ(ClockText(0), "0:00.000");
   EXPECT_EQ(ClockText(41'382), "0:41.382");
   EXPECT_EQ(ClockText(61'007), "1:01.007");
@@ -44,7 +44,7 @@ TEST(PositionText, ShowsTimesWithThousandths) {
   EXPECT_EQ(ClockText(41'382), "0:41.382");
 }
 
-TEST(PositionText, NamesKeysInBothLanguages) {
+TEST(MeasureText, NamesKeysInBothLanguages) {
   EXPECT_EQ(KeySignatureName(-1, 0), "F major");
   EXPECT_EQ(KeySignatureName(-1, 1), "D minor");
   EXPECT_EQ(KeySignatureName(-7, 0), "Cb major");

@@ -300,7 +300,7 @@ TEST_F(Strips, AllCanBeMovedWhileThePlayersThreadPlays) {
     strips.Moves.TB_Volume00MouseDown(channel);
     strips.Moves.TB_Volume00Change(channel, i % 128);
     strips.Moves.TB_Volume00MouseUp();
-    strips.Moves.PanelChange(PanelControllers[i % 9], i % 128);
+    strips.Moves.PanelChange(PanelControllerNumbers[i % 9], i % 128);
     strips.GroupFader.TB_MasterVolMouseDown();
     strips.GroupFader.TB_MasterVolChange(i % 40 - 20);
     strips.GroupFader.TB_MasterVolMouseUp();
