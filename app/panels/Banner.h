@@ -12,11 +12,14 @@ class Banner : public Panel {
  public:
   explicit Banner(QWidget* parent = nullptr);
 
-  /// Shows a condition; line breaks of the text become blanks. An empty text hides the banner.
+  /// Shows a condition; line breaks of the text become blanks. An empty text hides the banner. A text
+  /// that does not fit into a line takes more of them.
   void SetMessage(Severity severity, const QString& text);
   [[nodiscard]] const QString& text() const { return text_; }
   [[nodiscard]] Severity severity() const { return severity_; }
 
+  [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+  [[nodiscard]] int heightForWidth(int width) const override;
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -24,6 +27,8 @@ class Banner : public Panel {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  [[nodiscard]] QRect TextRect(const QSize& size) const;
+
   Severity severity_ = Severity::Warning;
   QString text_;
 };

@@ -41,7 +41,8 @@ qint64 BarScale::Step(qint64 time, int count) const {
 
 double BarScale::XOf(qint64 time, double width) const {
   if (length_ == 0) return 0;
-  return static_cast<double>(std::clamp<qint64>(time, 0, length_)) / static_cast<double>(length_) * width;
+  return static_cast<double>(std::clamp<qint64>(time, 0, length_)) / static_cast<double>(length_) *
+         width;
 }
 
 qint64 BarScale::TimeAt(double x, double width) const {

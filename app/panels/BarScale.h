@@ -8,8 +8,8 @@ namespace Sonarello {
 
 /// One tick of the scale.
 struct BarTick {
-  double x;      ///< pixels from the line's left end
-  int measure;   ///< counts from 1
+  double x;     ///< pixels from the line's left end
+  int measure;  ///< counts from 1
   bool numbered;
 };
 

@@ -17,7 +17,9 @@ namespace {
 constexpr double KnobLeft = 7, KnobGap = 6;
 constexpr double BlockEdge = 12, ButtonEdge = 6, AudioGap = 8, AudioMost = 130;
 
-QString NameOf(const PanelController& controller) { return QText(controller.german, controller.english); }
+QString NameOf(const PanelController& controller) {
+  return QText(controller.german, controller.english);
+}
 
 QFont SoundFont() { return FontOf(FontStack::Condensed, metrics().f(15), QFont::Medium); }
 
@@ -108,12 +110,12 @@ void ControllerPanel::RefreshRouting() {
   Panel_MidiRouting->setText(route);
   Panel_MidiRouting->setVisible(view_.song);
   const bool choice = view_.song && view_.severalRoutes;
-  Panel_MidiRouting->SetChoice(
-      choice, {QText("Ausgang des aktiven Kanals; mit Strg: aller Kanäle",
-                     "Output of the active channel; with Ctrl: of all channels"),
-               route,
-               {},
-               choice ? QString() : view_.routingReason});
+  Panel_MidiRouting->SetChoice(choice,
+                               {QText("Ausgang des aktiven Kanals; mit Strg: aller Kanäle",
+                                      "Output of the active channel; with Ctrl: of all channels"),
+                                route,
+                                {},
+                                choice ? QString() : view_.routingReason});
 }
 
 void ControllerPanel::Refresh() {
@@ -145,7 +147,8 @@ QRect ControllerPanel::TextRect(std::size_t index) const {
 
 double ControllerPanel::AudioWidth() const {
   if (view_.audioOutput.isEmpty()) return 0;
-  const double width = QFontMetricsF(metrics().font(Role::Caption)).horizontalAdvance(view_.audioOutput);
+  const double width =
+      QFontMetricsF(metrics().font(Role::Caption)).horizontalAdvance(view_.audioOutput);
   return std::min(width, metrics().f(AudioMost)) + metrics().px(AudioGap);
 }
 
@@ -165,7 +168,8 @@ void ControllerPanel::Arrange() {
   audioLine_ = QRect(right - audio + m.px(AudioGap), y, audio, button);
   const int side = Px(40, 46);
   for (std::size_t i = 0; i < PanelControllers; ++i) {
-    knobs_[i]->setGeometry(ColumnLeft(i) + m.hair() + m.px(KnobLeft), (height() - side) / 2, side, side);
+    knobs_[i]->setGeometry(ColumnLeft(i) + m.hair() + m.px(KnobLeft), (height() - side) / 2, side,
+                           side);
   }
 }
 
@@ -185,7 +189,8 @@ void ControllerPanel::PaintBlock(QPainter& painter) const {
   }
   line(channelLine_, m.font(Role::Strong), th().acc, head + QString::number(view_.channel));
   line(soundLine_, SoundFont(), th().tx1, view_.sound);
-  if (!view_.audioOutput.isEmpty()) line(audioLine_, m.font(Role::Caption), th().tx3, view_.audioOutput);
+  if (!view_.audioOutput.isEmpty())
+    line(audioLine_, m.font(Role::Caption), th().tx3, view_.audioOutput);
 }
 
 void ControllerPanel::PaintColumn(QPainter& painter, std::size_t index) const {
@@ -193,7 +198,8 @@ void ControllerPanel::PaintColumn(QPainter& painter, std::size_t index) const {
   const PanelController& controller = ControllersOfPanel()[index];
   const int x = ColumnLeft(index);
   PaintHairline(painter, QLineF(x, m.hair(), x, height() - m.hair()), th().line);
-  const int name = m.px(14), value = m.lineHeight(Role::KnobValue), number = m.lineHeight(Role::Caption);
+  const int name = m.px(14), value = m.lineHeight(Role::KnobValue),
+            number = m.lineHeight(Role::Caption);
   const QRect text = TextRect(index);
   const int top = (height() - name - value - number) / 2;
   const auto line = [&](int y, int tall, Role role, const QColor& ink) {

@@ -21,7 +21,7 @@ struct PanelController {
   int standard;  ///< what the panel shows without a value
   int reset;     ///< what a double click sets
   bool bipolar;
-  int zero;      ///< what the shown value is counted from
+  int zero;  ///< what the shown value is counted from
 };
 
 /// The controllers from left to right.
@@ -34,7 +34,7 @@ struct ControllerValue {
 
 struct ControllersView {
   bool song = false;
-  int channel = 1;             ///< the active one, 1 to 16
+  int channel = 1;  ///< the active one, 1 to 16
   QString sound = {};
   QString instrument = {};     ///< of the channel's route
   QString output = {};         ///< name of the route's port or hosted instrument

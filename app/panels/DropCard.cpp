@@ -37,9 +37,8 @@ DropCard::DropCard(QWidget* parent)
   recent_->setText(QText("Zuletzt geöffnet", "Open recent"));
   recent_->SetArrow(true);
   connect(open_, &PanelButton::clicked, this, &DropCard::openClicked);
-  connect(recent_, &PanelButton::clicked, this, [this] {
-    Q_EMIT recentWanted(recent_->mapToGlobal(recent_->rect().bottomLeft()));
-  });
+  connect(recent_, &PanelButton::clicked, this,
+          [this] { Q_EMIT recentWanted(recent_->mapToGlobal(recent_->rect().bottomLeft())); });
   setAccessibleName(Sentence());
   Renew();
 }
@@ -63,15 +62,16 @@ void DropCard::SetDragging(bool dragging) {
 void DropCard::FocusOpen() { open_->setFocus(Qt::TabFocusReason); }
 
 void DropCard::Refresh() {
-  open_->SetState(true, {QText("Ein Midifile wählen und öffnen", "Choose a midifile and open it"), {},
+  open_->SetState(true, {QText("Ein Midifile wählen und öffnen", "Choose a midifile and open it"),
+                         {},
                          QText("Strg+O", "Ctrl+O")});
-  recent_->SetState(anyRecent_,
-                    {QText("Eines der zuletzt geöffneten Midifiles", "One of the midifiles opened last"),
-                     {},
-                     {},
-                     anyRecent_ ? QString()
-                                : QText("Es wurde noch kein Midifile geöffnet",
-                                        "No midifile has been opened yet")});
+  recent_->SetState(
+      anyRecent_,
+      {QText("Eines der zuletzt geöffneten Midifiles", "One of the midifiles opened last"),
+       {},
+       {},
+       anyRecent_ ? QString()
+                  : QText("Es wurde noch kein Midifile geöffnet", "No midifile has been opened yet")});
   setAccessibleDescription(instrument_.isEmpty() ? QString() : TargetText() + instrument_);
   update();
 }
@@ -88,7 +88,8 @@ QRect DropCard::CardRect() const {
 
 void DropCard::Arrange() {
   const QRect card = CardRect();
-  const int padding = metrics().px(12), tall = metrics().px(ButtonHeight), gap = metrics().px(ButtonGap);
+  const int padding = metrics().px(12), tall = metrics().px(ButtonHeight),
+            gap = metrics().px(ButtonGap);
   const int openWidth = open_->WidthFor(padding), recentWidth = recent_->WidthFor(padding);
   const int top = card.top() + metrics().px(ButtonTop);
   const int left = card.left() + (card.width() - openWidth - gap - recentWidth) / 2;
@@ -113,8 +114,7 @@ void DropCard::PaintShadow(QPainter& painter) const {
 void DropCard::PaintTarget(QPainter& painter, const QRect& line) const {
   const QFont& plain = metrics().font(Role::Body);
   const QFont& strong = metrics().font(Role::Strong);
-  const QString head =
-      instrument_.isEmpty() ? QStringLiteral("Midifile (.mid)") : TargetText();
+  const QString head = instrument_.isEmpty() ? QStringLiteral("Midifile (.mid)") : TargetText();
   const double room = line.width() - 2 * metrics().px(16);
   const double headWidth = QFontMetricsF(plain).horizontalAdvance(head);
   const QString name = Elided(strong, instrument_, room - headWidth);
@@ -145,7 +145,8 @@ void DropCard::paintEvent(QPaintEvent*) {
   painter.drawRoundedRect(QRectF(card).adjusted(half, half, -half, -half), m.px(Radius), m.px(Radius));
   const double icon = m.f(IconSize);
   PaintIcon(painter, Icon::File,
-            QRectF(card.center().x() + 0.5 - icon / 2, card.top() + m.px(IconTop), icon, icon), th().acc);
+            QRectF(card.center().x() + 0.5 - icon / 2, card.top() + m.px(IconTop), icon, icon),
+            th().acc);
   painter.setFont(m.font(Role::Headline));
   painter.setPen(th().tx1);
   painter.drawText(QRect(card.left(), card.top() + m.px(HeadTop), card.width(), m.px(HeadHeight)),

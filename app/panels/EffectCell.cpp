@@ -3,8 +3,8 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
-#include "app/controls/QtText.h"
 #include "app/controls/Painting.h"
+#include "app/controls/QtText.h"
 
 namespace Sonarello {
 
@@ -32,8 +32,7 @@ void EffectCell::SetView(const EffectView& view) {
   if (!view.effect.isEmpty()) name += QStringLiteral(": ") + SecondLine();
   if (!view.spokenPart.isEmpty()) name += QStringLiteral(", ") + view.spokenPart;
   setAccessibleName(name);
-  SetTip(*this, {name,
-                 view.on ? QText("Ein", "On") : QText("Aus", "Off"),
+  SetTip(*this, {name, view.on ? QText("Ein", "On") : QText("Aus", "Off"),
                  view.opens ? QText("Eingabe", "Enter") : QString(), view.reason});
   update();
 }
@@ -41,13 +40,11 @@ void EffectCell::SetView(const EffectView& view) {
 double EffectCell::PaintBadge(QPainter& painter, const QRectF& line) const {
   if (view_.part.isEmpty()) return 0;
   const Metrics& m = metrics();
-  const double width = QFontMetricsF(m.font(Role::Caption)).horizontalAdvance(view_.part) +
-                       2 * m.f(BadgePadding);
+  const double width =
+      QFontMetricsF(m.font(Role::Caption)).horizontalAdvance(view_.part) + 2 * m.f(BadgePadding);
   const double height = m.px(BadgeHeight);
   const QRectF badge(line.right() - width, line.center().y() - height / 2, width, height);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(th().well);
-  painter.drawRoundedRect(badge, m.px(3), m.px(3));
+  PaintBox(painter, badge, m.px(3), th().well, QColor());
   painter.setFont(m.font(Role::Caption));
   painter.setPen(th().tx2);
   painter.drawText(badge, Qt::AlignCenter, view_.part);
@@ -80,7 +77,7 @@ void EffectCell::paintEvent(QPaintEvent*) {
   PaintBox(painter, rect(), m.px(4), face, view_.on ? th().line2 : th().line);
   const int edge = m.px(Padding) + m.hair();
   const int first = m.lineHeight(Role::Caption), second = m.px(16);
-  const int top = (height() - first - second) / 2;
+  const int top = (height() - first - second + 1) / 2;
   PaintFirstLine(painter, QRectF(edge, top, width() - 2 * edge, first));
   const QFont& font = m.font(Role::EffectName);
   painter.setFont(font);

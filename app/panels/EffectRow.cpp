@@ -29,8 +29,8 @@ EffectRow::EffectRow(QWidget* parent) : Panel(parent) {
 
 void EffectRow::SetView(const EffectsView& view) {
   if (view == view_) return;
-  const bool shape = view.system.size() != view_.system.size() ||
-                     view.insertions.size() != view_.insertions.size();
+  const bool shape =
+      view.system.size() != view_.system.size() || view.insertions.size() != view_.insertions.size();
   view_ = view;
   if (shape) MakeCells(view.system.size() + view.insertions.size());
   Refresh();
@@ -92,8 +92,7 @@ QRect EffectRow::PlaceOf(int index) const {
     return {column * (systemWidth + gap), row * (cellHeight + gap), systemWidth, cellHeight};
   }
   const int row = (index - system) / InsertionColumns, column = (index - system) % InsertionColumns;
-  const int left =
-      system == 0 ? 0 : SystemColumns * (systemWidth + gap) + metrics().px(Spacer) + gap;
+  const int left = system == 0 ? 0 : SystemColumns * (systemWidth + gap) + metrics().px(Spacer) + gap;
   const double step = static_cast<double>(width() - left + gap) / InsertionColumns;
   const int from = left + static_cast<int>(std::lround(step * column));
   const int to = left + static_cast<int>(std::lround(step * (column + 1)));

@@ -10,9 +10,9 @@ namespace Sonarello {
 class EffectCell;
 
 struct EffectView {
-  QString block = {};   ///< "Reverb", "DSP 2"
-  QString effect = {};  ///< name of the effect; empty while nothing is known
-  QString part = {};    ///< who is treated: "K 4" / "Ch 4", "Right1"; empty: no badge
+  QString block = {};       ///< "Reverb", "DSP 2"
+  QString effect = {};      ///< name of the effect; empty while nothing is known
+  QString part = {};        ///< who is treated: "K 4" / "Ch 4", "Right1"; empty: no badge
   QString spokenPart = {};  ///< the same for tips and assistive programs: "Kanal 4" / "channel 4"
   bool on = false;
   bool opens = true;    ///< a click opens the editor

@@ -1,7 +1,6 @@
 #include "app/panels/FigurePanel.h"
 
 #include <QPainter>
-#include <QWheelEvent>
 
 #include "app/controls/Metrics.h"
 #include "app/controls/Theme.h"
@@ -12,12 +11,10 @@ namespace Sonarello {
 namespace {
 
 constexpr int ButtonHeight = 26;
-/// A notch of an ordinary wheel, in eighths of a degree.
-constexpr int Notch = 120;
+/// The figure stands a little above the middle of its buttons, so that it looks level with them.
+constexpr double FigureUp = 2;
 
-int BottomEdge(const Panel& panel) {
-  return metrics().px(panel.compact() ? 4 : 6) + metrics().hair();
-}
+int BottomEdge(const Panel& panel) { return metrics().px(panel.compact() ? 4 : 6) + metrics().hair(); }
 
 QRect ButtonRow(const Panel& panel) {
   const int height = metrics().px(ButtonHeight);
@@ -47,18 +44,13 @@ void PaintFigure(const Panel& panel, QPainter& painter, const QString& caption, 
   const QRect row = ButtonRow(panel);
   painter.setFont(metrics().font(Role::Caption));
   painter.setPen(th().tx3);
-  const QRect head(row.left(), BottomEdge(panel), row.width(), metrics().lineHeight(Role::Caption));
+  const QRect head(row.left(), BottomEdge(panel) - metrics().px(1), row.width(),
+                   metrics().lineHeight(Role::Caption));
   painter.drawText(head, Qt::AlignLeft | Qt::AlignVCenter, caption);
   painter.setFont(metrics().font(Role::Figure));
   painter.setPen(lit ? th().tx1 : th().dis);
-  drawFigures(painter, row, figure, Qt::AlignLeft | Qt::AlignVCenter);
-}
-
-int WheelNotches(int& sum, const QWheelEvent& event) {
-  sum += event.angleDelta().y();
-  const int notches = sum / Notch;
-  sum -= notches * Notch;
-  return notches;
+  drawFigures(painter, row.translated(0, -metrics().px(FigureUp)), figure,
+              Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 }  // namespace Sonarello

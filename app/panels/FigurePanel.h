@@ -5,8 +5,6 @@
 
 #include "app/panels/Panel.h"
 
-class QWheelEvent;
-
 namespace Sonarello {
 
 class PanelButton;
@@ -21,15 +19,12 @@ struct RowPlace {
 /// Distance of content from the left and right end of such a panel, in pixels of the scale.
 [[nodiscard]] int FigurePanelEdge(const Panel& panel);
 
-/// Places the buttons in one row at the bottom, behind a figure `figureWidth` wide at 100 %. Returns the
-/// width of the panel that they need.
+/// Places the buttons in one row at the bottom, behind a figure `figureWidth` wide at 100 %. Returns
+/// the width of the panel that they need.
 int ArrangeFigureRow(const Panel& panel, double figureWidth, std::initializer_list<RowPlace> row);
 
 /// Draws caption and figure.
 void PaintFigure(const Panel& panel, QPainter& painter, const QString& caption, const QString& figure,
                  bool lit);
-
-/// Adds up the turns of a wheel; returns whole notches, upwards positive.
-[[nodiscard]] int WheelNotches(int& sum, const QWheelEvent& event);
 
 }  // namespace Sonarello

@@ -72,9 +72,9 @@ void FilePanel::PaintName(QPainter& painter, const QRect& line) const {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(th().warn);
-  painter.drawEllipse(QPointF(line.left() + sizes.horizontalAdvance(shown) + gap + dot / 2,
-                              line.center().y() + 0.5),
-                      dot / 2, dot / 2);
+  painter.drawEllipse(
+      QPointF(line.left() + sizes.horizontalAdvance(shown) + gap + dot / 2, line.center().y() + 0.5),
+      dot / 2, dot / 2);
 }
 
 void FilePanel::paintEvent(QPaintEvent* event) {
@@ -87,7 +87,7 @@ void FilePanel::paintEvent(QPaintEvent* event) {
     painter.drawText(QRect(edge, 0, width, height()), Qt::AlignLeft | Qt::AlignVCenter, NameLine());
     return;
   }
-  const int top = Px(4, 6) + metrics().hair();
+  const int top = Px(4, 6);
   const int caption = metrics().lineHeight(Role::Caption);
   const int name = metrics().lineHeight(Role::FileName);
   painter.setFont(metrics().font(Role::Caption));

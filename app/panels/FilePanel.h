@@ -7,12 +7,12 @@ namespace Sonarello {
 
 struct FileView {
   bool song = false;
-  QString name = {};     ///< without its folder; empty for a song that has no file yet
-  QString path = {};     ///< whole, for the tip
+  QString name = {};  ///< without its folder; empty for a song that has no file yet
+  QString path = {};  ///< whole, for the tip
   bool modified = false;
-  int format = 0;        ///< of the Standard MIDI File
+  int format = 0;  ///< of the Standard MIDI File
   int ticksPerQuarter = 480;
-  qint64 length = 0;     ///< ms
+  qint64 length = 0;  ///< ms
 };
 
 class FilePanel : public Panel {

@@ -10,7 +10,6 @@
 
 #include "app/controls/Painting.h"
 #include "app/controls/QtText.h"
-#include "app/panels/FigurePanel.h"
 #include "app/panels/PanelButton.h"
 #include "app/panels/PanelTexts.h"
 
@@ -30,9 +29,7 @@ QString CaptionOf(LoopEnd which) {
 }  // namespace
 
 LoopPanel::LoopPanel(QWidget* parent)
-    : Panel(parent),
-      Looping(new PanelButton(QText("Schleife", "Loop"), this)),
-      close_(nullptr) {
+    : Panel(parent), Looping(new PanelButton(QText("Schleife", "Loop"), this)), close_(nullptr) {
   setAccessibleName(QText("Schleife", "Loop"));
   Looping->setText(QText("Schleife", "Loop"));
   Looping->SetIcon(Icon::Loop, 16);
@@ -55,8 +52,9 @@ LoopPanel::LoopPanel(QWidget* parent)
 void LoopPanel::MakeEnd(LoopEnd which) {
   End& end = ends_[Index(which)];
   end.field = new QLineEdit(this);
-  end.field->setAccessibleName(which == LoopEnd::Start ? QText("Anfang der Schleife", "Start of the loop")
-                                                       : QText("Ende der Schleife", "End of the loop"));
+  end.field->setAccessibleName(which == LoopEnd::Start
+                                   ? QText("Anfang der Schleife", "Start of the loop")
+                                   : QText("Ende der Schleife", "End of the loop"));
   end.field->installEventFilter(this);
   connect(end.field, &QLineEdit::editingFinished, this, [this, which] { Typed(which); });
   end.here = new PanelButton(which == LoopEnd::Start
@@ -102,34 +100,34 @@ void LoopPanel::RefreshEnd(LoopEnd which, const QString& reason) {
   End& end = ends_[Index(which)];
   if (!end.field->isModified()) end.field->setText(TextOf(which));
   end.field->setEnabled(view_.song);
-  SetTip(*end.field, {which == LoopEnd::Start
-                          ? QText("Takt:Schlag, an dem die Schleife beginnt; Pfeile: ein Takt",
-                                  "Bar:beat at which the loop begins; arrows: a bar")
-                          : QText("Takt:Schlag, an dem die Schleife endet; Pfeile: ein Takt",
-                                  "Bar:beat at which the loop ends; arrows: a bar"),
-                      TextOf(which),
-                      {},
-                      reason});
-  end.here->SetState(view_.song, {which == LoopEnd::Start
-                                      ? QText("Die Schleife beginnt, wo der Song steht",
-                                              "The loop begins where the song stands")
-                                      : QText("Die Schleife endet, wo der Song steht",
-                                              "The loop ends where the song stands"),
-                                  {},
-                                  {},
-                                  reason});
+  SetTip(*end.field,
+         {which == LoopEnd::Start ? QText("Takt:Schlag, an dem die Schleife beginnt; Pfeile: ein Takt",
+                                          "Bar:beat at which the loop begins; arrows: a bar")
+                                  : QText("Takt:Schlag, an dem die Schleife endet; Pfeile: ein Takt",
+                                          "Bar:beat at which the loop ends; arrows: a bar"),
+          TextOf(which),
+          {},
+          reason});
+  end.here->SetState(
+      view_.song,
+      {which == LoopEnd::Start
+           ? QText("Die Schleife beginnt, wo der Song steht", "The loop begins where the song stands")
+           : QText("Die Schleife endet, wo der Song steht", "The loop ends where the song stands"),
+       {},
+       {},
+       reason});
 }
 
 void LoopPanel::Refresh() {
   const QString reason = view_.song ? QString() : NoSongReason();
-  Looping->SetState(view_.song,
-                    {QText("Schleife ein und aus", "Loop on and off"),
-                     view_.looping ? QText("Ein", "On") : QText("Aus", "Off"),
-                     {},
-                     reason});
+  Looping->SetState(view_.song, {QText("Schleife ein und aus", "Loop on and off"),
+                                 view_.looping ? QText("Ein", "On") : QText("Aus", "Off"),
+                                 {},
+                                 reason});
   Looping->setChecked(view_.looping);
   for (const LoopEnd which : BothEnds) RefreshEnd(which, reason);
-  if (close_ != nullptr) close_->SetState(true, {QText("Schließen", "Close"), {}, QStringLiteral("Esc")});
+  if (close_ != nullptr)
+    close_->SetState(true, {QText("Schließen", "Close"), {}, QStringLiteral("Esc")});
   update();
 }
 
@@ -182,7 +180,7 @@ void LoopPanel::Slide(bool open) {
   const bool seen = parentWidget() == nullptr || parentWidget()->isVisible();
   open_ = open;
   if (open) show();
-  if (reducedMotion_ || !seen) {
+  if (ReducedMotion() || !seen) {
     LoopPanelTimer.stop();
     ShowHeight(open ? FullHeight() : 0);
     setVisible(open);
@@ -210,7 +208,7 @@ bool LoopPanel::eventFilter(QObject* object, QEvent* event) {
     End& end = ends_[Index(which)];
     if (object != end.field || !view_.song) continue;
     if (event->type() == QEvent::Wheel) {
-      const int bars = WheelNotches(end.wheel, *static_cast<QWheelEvent*>(event));
+      const int bars = end.wheel.take(static_cast<QWheelEvent*>(event)->angleDelta().y());
       if (bars != 0) Q_EMIT endStepped(which, bars);
       return true;
     }

@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <array>
 
+#include "app/controls/Control.h"
 #include "app/panels/Panel.h"
 
 class QLineEdit;
@@ -35,7 +36,6 @@ class LoopPanel : public Panel {
   void Refuse(LoopEnd which, const QString& reason);
   /// Slides open or shut; at once for those who want no motion, and while the panel cannot be seen.
   void Slide(bool open);
-  void SetReducedMotion(bool reduced) { reducedMotion_ = reduced; }
   [[nodiscard]] bool open() const { return open_; }
   /// True while it slides.
   [[nodiscard]] bool sliding() const { return LoopPanelTimer.isActive(); }
@@ -70,7 +70,7 @@ class LoopPanel : public Panel {
     PanelButton* here = nullptr;
     QRect caption = {};
     bool refused = false;
-    int wheel = 0;
+    WheelNotches wheel = {};
   };
 
   static std::size_t Index(LoopEnd which) { return static_cast<std::size_t>(which); }
@@ -89,7 +89,6 @@ class LoopPanel : public Panel {
   QTimer LoopPanelTimer;
   int shownHeight_ = 0;
   bool open_ = false;
-  bool reducedMotion_ = false;
 };
 
 }  // namespace Sonarello

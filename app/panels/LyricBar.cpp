@@ -51,15 +51,17 @@ void LyricBar::SetCurrent(int syllable) {
 void LyricBar::Refresh() {
   QString line;
   for (const LyricSyllable& syllable : view_.line) line += syllable.text;
-  QString spoken = line.isEmpty() ? view_.comingChords.empty()
-                                        ? QString()
-                                        : QStringList(view_.comingChords.begin(), view_.comingChords.end())
-                                              .join(QLatin1Char(' '))
-                                  : line;
+  QString spoken = line.isEmpty()
+                       ? view_.comingChords.empty()
+                             ? QString()
+                             : QStringList(view_.comingChords.begin(), view_.comingChords.end())
+                                   .join(QLatin1Char(' '))
+                       : line;
   if (!view_.chord.isEmpty()) {
     spoken += QLatin1Char('\n') + QText("Akkord %1", "Chord %1").arg(view_.chord);
   }
-  SetTip(*this, {QText("Akkord und Liedtext an der Position", "Chord and lyrics at the position"), {},
+  SetTip(*this, {QText("Akkord und Liedtext an der Position", "Chord and lyrics at the position"),
+                 {},
                  QStringLiteral("F8")});
   setAccessibleDescription(spoken);
 }
@@ -122,8 +124,7 @@ void LyricBar::PaintChordBlock(QPainter& painter) const {
   const double top = (height() - chordHeight - caption) / 2.0;
   QFont font = m.font(role);
   const QFont& nextFont = m.font(Role::NextChord);
-  const QString next =
-      view_.nextChord.isEmpty() ? QString() : QStringLiteral("› ") + view_.nextChord;
+  const QString next = view_.nextChord.isEmpty() ? QString() : QStringLiteral("› ") + view_.nextChord;
   const double nextWidth = next.isEmpty() ? 0 : QFontMetricsF(nextFont).horizontalAdvance(next);
   const double gap = next.isEmpty() ? 0 : m.f(NextGap);
   double width = QFontMetricsF(font).horizontalAdvance(view_.chord);

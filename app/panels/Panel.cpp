@@ -2,6 +2,7 @@
 
 #include <QPainter>
 
+#include "app/controls/Control.h"
 #include "app/controls/Metrics.h"
 #include "app/controls/Painting.h"
 #include "app/controls/Theme.h"
@@ -9,21 +10,7 @@
 namespace Sonarello {
 
 QString ToolTipOf(const PanelTip& tip) {
-  QString text;
-  const auto add = [&](const QString& part) {
-    if (part.isEmpty()) return;
-    if (!text.isEmpty()) text += QLatin1String("<br>");
-    QString escaped = part.toHtmlEscaped();
-    text += escaped.replace(QLatin1Char('\n'), QLatin1String("<br>"));
-  };
-  add(tip.what);
-  add(tip.value);
-  add(tip.reason);
-  if (!tip.shortcut.isEmpty()) {
-    text += QStringLiteral(" <span style=\"color:%1\">%2</span>")
-                .arg(th().tx3.name(), tip.shortcut.toHtmlEscaped());
-  }
-  return QLatin1String("<qt>") + text + QLatin1String("</qt>");
+  return Tip(tip.what, tip.reason.isEmpty() ? tip.value : tip.reason, tip.shortcut);
 }
 
 void SetTip(QWidget& control, const PanelTip& tip) {

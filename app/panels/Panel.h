@@ -1,4 +1,5 @@
-// What the panels of the desk have in common: a ground with a border, two densities, a layout of their own.
+// What the panels of the desk have in common: a ground with a border, two densities, a layout of their
+// own.
 //
 // A panel knows nothing of the song. Values come in by SetView with a plain struct, what the user does
 // goes out by signals; a panel never changes its own view on its own account.
@@ -14,7 +15,8 @@ namespace Sonarello {
 /// A low desk (below 860 pixels at 100 %) is laid out closer than a high one.
 enum class Density { Compact, Regular };
 
-/// A tool tip in parts: what a control does, its value, its shortcut, and why it is out of order.
+/// A tool tip in parts: what a control does, its value, its shortcut. Where a reason tells why the
+/// control is out of order it takes the place of the value.
 struct PanelTip {
   QString what;
   QString value = {};
@@ -22,7 +24,6 @@ struct PanelTip {
   QString reason = {};
 };
 
-/// The tip as a tool tip shows it: the shortcut last and quieter. Long sentences wrap.
 [[nodiscard]] QString ToolTipOf(const PanelTip& tip);
 
 /// Gives a control its tool tip, and its reason to assistive programs.

@@ -7,8 +7,8 @@
 #include <cmath>
 
 #include "app/controls/Metrics.h"
-#include "app/controls/QtText.h"
 #include "app/controls/Painting.h"
+#include "app/controls/QtText.h"
 #include "app/panels/PanelAccess.h"
 #include "app/panels/PanelTexts.h"
 
@@ -83,11 +83,10 @@ int PositionDisplay::MeasureWidth() const {
 }
 
 int PositionDisplay::TimeWidth() const {
-  const int figures = static_cast<int>(
-      std::ceil(FiguresWidth(metrics().font(Role::Time), std::max(timeText_, QStringLiteral("0:00.000"),
-                                                                 [](const QString& a, const QString& b) {
-                                                                   return a.size() < b.size();
-                                                                 }))));
+  const int figures = static_cast<int>(std::ceil(
+      FiguresWidth(metrics().font(Role::Time),
+                   std::max(timeText_, QStringLiteral("0:00.000"),
+                            [](const QString& a, const QString& b) { return a.size() < b.size(); }))));
   const int least = std::max(metrics().px(86), figures);
   return CaptionWidth(signature_, CaptionWidth(TimeCaption(), least));
 }
@@ -107,7 +106,8 @@ void PositionDisplay::Arrange() {
   const bool signature = song_ && !signature_.isEmpty();
   const int x = left + measureWidth + metrics().px(18);
   const int timeWidth = width() - x - metrics().hair();
-  y = (height() - caption - time - (signature ? caption : 0)) / 2;
+  // A little up: minutes and seconds look level with measure and beat then.
+  y = (height() - caption - time - (signature ? caption : 0)) / 2 - metrics().px(1);
   timeCaption_ = QRect(x, y, timeWidth, caption);
   timeRect_ = QRect(x, y + caption, timeWidth, time);
   signatureRect_ = signature ? QRect(x, y + caption + time, timeWidth, caption) : QRect();

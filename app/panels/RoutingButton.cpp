@@ -9,6 +9,12 @@
 
 namespace Sonarello {
 
+namespace {
+
+constexpr double FontSize = 11.5;
+
+}  // namespace
+
 RoutingButton::RoutingButton(QWidget* parent) : QAbstractButton(parent) {
   setAttribute(Qt::WA_Hover);
   connect(this, &QAbstractButton::clicked, this, &RoutingButton::Want);
@@ -49,15 +55,15 @@ void RoutingButton::paintEvent(QPaintEvent*) {
     PaintBox(painter, rect(), m.px(4), face, th().line2, m.hair());
   }
   const double arrow = m.f(14), edge = m.px(7);
-  const QFont& font = m.font(Role::ToolTip);
+  const QFont font = FontOf(FontStack::Text, m.f(FontSize), QFont::Normal);
   const double room = width() - 2 * edge - (choice_ ? arrow + m.px(4) : 0);
   painter.setFont(font);
   painter.setPen(choice_ ? th().tx1 : th().tx2);
   painter.drawText(QRectF(edge, 0, room + 1, height()), Qt::AlignLeft | Qt::AlignVCenter,
                    Elided(font, text(), room));
   if (!choice_) return;
-  PaintIcon(painter, Icon::Down,
-            QRectF(width() - edge - arrow, (height() - arrow) / 2, arrow, arrow), th().tx1);
+  PaintIcon(painter, Icon::Down, QRectF(width() - edge - arrow, (height() - arrow) / 2, arrow, arrow),
+            th().tx1);
 }
 
 }  // namespace Sonarello

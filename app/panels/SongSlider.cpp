@@ -14,7 +14,6 @@
 #include "app/controls/FocusRing.h"
 #include "app/controls/Metrics.h"
 #include "app/controls/QtText.h"
-#include "app/panels/FigurePanel.h"
 #include "app/panels/PanelAccess.h"
 #include "app/panels/PanelTexts.h"
 
@@ -155,9 +154,7 @@ void SongSlider::mouseMoveEvent(QMouseEvent* event) {
     }
     case Hold::Grip: Seek(TimeAt(at.x() + gripOffset_)); break;
     case Hold::LoopStart:
-    case Hold::LoopEnd:
-      DragLoop(TimeAt(at.x()), (event->modifiers() & Qt::ShiftModifier) != 0);
-      break;
+    case Hold::LoopEnd: DragLoop(TimeAt(at.x()), (event->modifiers() & Qt::ShiftModifier) != 0); break;
   }
 }
 
@@ -260,7 +257,7 @@ void SongSlider::keyReleaseEvent(QKeyEvent* event) {
 
 void SongSlider::wheelEvent(QWheelEvent* event) {
   event->accept();
-  const int notches = WheelNotches(wheel_, *event);
+  const int notches = wheel_.take(event->angleDelta().y());
   if (notches != 0) SeekTo(scale_.Step(position_, -notches));
 }
 
@@ -278,10 +275,11 @@ bool SongSlider::event(QEvent* event) {
     }
   } else if (event->type() == QEvent::ToolTip && song_) {
     const auto* help = static_cast<QHelpEvent*>(event);
-    QToolTip::showText(help->globalPos(), TextOf(TimeAt(help->pos().x())) + QLatin1Char('\n') +
-                                              QText("Ziehen oder klicken, Pfeile: ein Takt",
-                                                    "Drag or click, arrows: a bar"),
-                       this);
+    QToolTip::showText(
+        help->globalPos(),
+        TextOf(TimeAt(help->pos().x())) + QLatin1Char('\n') +
+            QText("Ziehen oder klicken, Pfeile: ein Takt", "Drag or click, arrows: a bar"),
+        this);
     return true;
   }
   return Panel::event(event);

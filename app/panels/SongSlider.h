@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "app/controls/Control.h"
 #include "app/panels/BarScale.h"
 #include "app/panels/Panel.h"
 
@@ -98,7 +99,7 @@ class SongSlider : public Panel {
   Hold hold_ = Hold::None;
   bool song_ = false;
   bool keySeek_ = false;
-  int wheel_ = 0;
+  WheelNotches wheel_;
   QPixmap still_;  ///< everything but progress and position
 };
 

@@ -54,7 +54,8 @@ void SongSlider::PaintTicks(QPainter& painter) const {
   }
   const double end = std::floor(track.right());
   if (scale_.length() > 0) {
-    painter.fillRect(QRectF(end, m.px(TallTick), m.hair(), m.px(TickEnd) + 1 - m.px(TallTick)), th().line2);
+    painter.fillRect(QRectF(end, m.px(TallTick), m.hair(), m.px(TickEnd) + 1 - m.px(TallTick)),
+                     th().line2);
   }
 }
 
@@ -62,7 +63,8 @@ void SongSlider::PaintLoop(QPainter& painter) const {
   if (!loop_) return;
   const Metrics& m = metrics();
   const double from = XOf(loop_->start), to = XOf(loop_->end), edge = m.px(2);
-  painter.fillRect(QRectF(from, m.hair(), to - from, height() - 2 * m.hair()), WithAlpha(th().acc, LoopShare));
+  painter.fillRect(QRectF(from, m.hair(), to - from, height() - 2 * m.hair()),
+                   WithAlpha(th().acc, LoopShare));
   const auto flag = [&](double x, double direction) {
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.fillRect(QRectF(std::round(direction > 0 ? x : x - edge), 0, edge, height()), th().acc);
@@ -109,9 +111,9 @@ void SongSlider::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   const QRect dirty = event->rect();
   const double ratio = still_.devicePixelRatio();
-  painter.drawPixmap(QRectF(dirty), still_,
-                     QRectF(dirty.x() * ratio, dirty.y() * ratio, dirty.width() * ratio,
-                            dirty.height() * ratio));
+  painter.drawPixmap(
+      QRectF(dirty), still_,
+      QRectF(dirty.x() * ratio, dirty.y() * ratio, dirty.width() * ratio, dirty.height() * ratio));
   if (!song_) return;
   painter.fillRect(ProgressRect(Track().left(), shownX_, height()), th().acc);
   PaintPosition(painter, shownX_);

@@ -51,16 +51,15 @@ void TempoPanel::Refresh() {
   if (shown != figure_ && !figure_.isEmpty()) update();
   figure_ = shown;
   const QString reason = view_.song ? QString() : NoSongReason();
-  const QString value = QText("Jetzt %1 BPM, Versatz %2", "Now %1 BPM, offset %2")
-                            .arg(figure_, SignedText(view_.offset));
+  const QString value =
+      QText("Jetzt %1 BPM, Versatz %2", "Now %1 BPM, offset %2").arg(figure_, SignedText(view_.offset));
   Tempo_Minus->SetState(view_.song, {QText("Ein BPM langsamer", "One BPM slower"), value, {}, reason});
   Tempo_Plus->SetState(view_.song, {QText("Ein BPM schneller", "One BPM faster"), value, {}, reason});
-  Tempo_Null->SetState(view_.song,
-                       {QText("Versatz; ein Klick stellt das Tempo des Songs wieder her",
-                              "Offset; a click brings back the tempo of the song"),
-                        value,
-                        {},
-                        reason});
+  Tempo_Null->SetState(view_.song, {QText("Versatz; ein Klick stellt das Tempo des Songs wieder her",
+                                          "Offset; a click brings back the tempo of the song"),
+                                    value,
+                                    {},
+                                    reason});
   Tempo_Null->setText(SignedText(view_.offset));
   Tempo_Null->SetInk(view_.offset == 0 ? th().tx1 : th().acc);
   setAccessibleDescription(value);
@@ -70,9 +69,7 @@ void TempoPanel::Refresh() {
 void TempoPanel::Arrange() {
   const int side = Px(26, 28);
   ArrangeFigureRow(*this, FigureWidth,
-                   {{Tempo_Minus, side, 12},
-                    {Tempo_Null, metrics().px(40), 3},
-                    {Tempo_Plus, side, 3}});
+                   {{Tempo_Minus, side, 12}, {Tempo_Null, metrics().px(40), 3}, {Tempo_Plus, side, 3}});
 }
 
 QSize TempoPanel::sizeHint() const {
@@ -89,7 +86,7 @@ void TempoPanel::paintEvent(QPaintEvent* event) {
 
 void TempoPanel::wheelEvent(QWheelEvent* event) {
   event->accept();
-  const int notches = WheelNotches(wheel_, *event);
+  const int notches = wheel_.take(event->angleDelta().y());
   if (!view_.song) return;
   for (int i = 0; i < std::abs(notches); ++i) {
     if (notches > 0) {

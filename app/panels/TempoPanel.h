@@ -1,6 +1,7 @@
 // The tempo and its offset.
 #pragma once
 
+#include "app/controls/Control.h"
 #include "app/panels/Panel.h"
 
 namespace Sonarello {
@@ -41,7 +42,7 @@ class TempoPanel : public Panel {
   PanelButton* Tempo_Minus;
   PanelButton* Tempo_Null;
   PanelButton* Tempo_Plus;
-  int wheel_ = 0;
+  WheelNotches wheel_;
 };
 
 }  // namespace Sonarello

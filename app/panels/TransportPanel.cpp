@@ -11,8 +11,7 @@ TransportPanel::TransportPanel(QWidget* parent) : Panel(parent) {
   const std::array<QString, Buttons> names{QText("Zurückspulen", "Rewind"), QText("Wiedergabe", "Play"),
                                            QText("Stopp", "Stop"), QText("Aufnahme", "Record"),
                                            QText("Schleife", "Loop")};
-  constexpr std::array icons{Icon::Rewind, Icon::Play, Icon::Stop, Icon::Record,
-                             Icon::Loop};
+  constexpr std::array icons{Icon::Rewind, Icon::Play, Icon::Stop, Icon::Record, Icon::Loop};
   for (std::size_t i = 0; i < Buttons; ++i) {
     buttons_[i] = new PanelButton(names[i], this);
     buttons_[i]->SetIcon(icons[i], 24, i == Play || i == Record);
@@ -48,9 +47,8 @@ void TransportPanel::Connect() {
     Refresh();
     Q_EMIT loopClicked();
   });
-  connect(buttons_[Record], &PanelButton::customContextMenuRequested, this, [this](const QPoint& at) {
-    Q_EMIT recordMenuWanted(buttons_[Record]->mapToGlobal(at));
-  });
+  connect(buttons_[Record], &PanelButton::customContextMenuRequested, this,
+          [this](const QPoint& at) { Q_EMIT recordMenuWanted(buttons_[Record]->mapToGlobal(at)); });
   connect(buttons_[Loop], &PanelButton::customContextMenuRequested, this,
           &TransportPanel::loopPanelWanted);
 }
@@ -67,11 +65,13 @@ void TransportPanel::Refresh() {
     buttons_[which]->SetState(reason.isEmpty(), tip);
   };
   set(Rewind, noSong,
-      {QText("Zum Anfang; gehalten spult es zurück", "To the start; held, it winds back"), {},
+      {QText("Zum Anfang; gehalten spult es zurück", "To the start; held, it winds back"),
+       {},
        QText("Pos1, Bild auf", "Home, Page Up")});
   set(Play, noSong, {QText("Wiedergabe", "Play"), {}, QText("Leertaste", "Space")});
   set(Stop, noSong,
-      {QText("Stopp; noch einmal: zum Anfang", "Stop; once more: to the start"), {},
+      {QText("Stopp; noch einmal: zum Anfang", "Stop; once more: to the start"),
+       {},
        QText("Leertaste", "Space")});
   set(Record, view_.song ? view_.whyNoRecording : noSong,
       {QText("Aufnahme auf den scharf geschalteten Kanal", "Record onto the armed channel")});
@@ -89,7 +89,8 @@ void TransportPanel::Arrange() {
   const int edge = metrics().px(10) + metrics().hair();
   const int step = side + metrics().px(6);
   for (int i = 0; i < Buttons; ++i) {
-    buttons_[static_cast<std::size_t>(i)]->setGeometry(edge + i * step, (height() - side) / 2, side, side);
+    buttons_[static_cast<std::size_t>(i)]->setGeometry(edge + i * step, (height() - side) / 2, side,
+                                                       side);
   }
 }
 

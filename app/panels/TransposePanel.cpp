@@ -87,17 +87,18 @@ void TransposePanel::RefreshModes(const QString& reason) {
     PanelButton* mode = IT_Mode[static_cast<std::size_t>(i)];
     const bool chosen = view_.mode == i + 1;
     mode->setChecked(chosen && view_.song);
-    mode->SetState(view_.song && view_.intelligent,
-                   {QText("Modus %1: die Kanäle springen an anderen Stellen in die andere Oktave als in "
-                          "den übrigen Modi",
-                          "Mode %1: the channels change to the other octave at points that differ from "
-                          "those of the other modes")
-                        .arg(i + 1),
-                    {},
-                    {},
-                    !reason.isEmpty()    ? reason
-                    : view_.intelligent ? QString()
-                                         : off});
+    mode->SetState(
+        view_.song && view_.intelligent,
+        {QText("Modus %1: die Kanäle springen an anderen Stellen in die andere Oktave als in "
+               "den übrigen Modi",
+               "Mode %1: the channels change to the other octave at points that differ from "
+               "those of the other modes")
+             .arg(i + 1),
+         {},
+         {},
+         !reason.isEmpty()   ? reason
+         : view_.intelligent ? QString()
+                             : off});
     mode->setFocusPolicy(chosen ? Qt::TabFocus : Qt::NoFocus);
   }
 }
@@ -135,7 +136,7 @@ void TransposePanel::paintEvent(QPaintEvent* event) {
 
 void TransposePanel::wheelEvent(QWheelEvent* event) {
   event->accept();
-  const int notches = WheelNotches(wheel_, *event);
+  const int notches = wheel_.take(event->angleDelta().y());
   if (!view_.song) return;
   for (int i = 0; i < std::abs(notches); ++i) {
     if (notches > 0) {
@@ -150,9 +151,9 @@ void TransposePanel::wheelEvent(QWheelEvent* event) {
 bool TransposePanel::eventFilter(QObject* object, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return Panel::eventFilter(object, event);
   const auto* key = static_cast<QKeyEvent*>(event);
-  const int step = key->key() == Qt::Key_Right || key->key() == Qt::Key_Down  ? 1
-                   : key->key() == Qt::Key_Left || key->key() == Qt::Key_Up ? -1
-                                                                              : 0;
+  const int step = key->key() == Qt::Key_Right || key->key() == Qt::Key_Down ? 1
+                   : key->key() == Qt::Key_Left || key->key() == Qt::Key_Up  ? -1
+                                                                             : 0;
   if (step == 0) return Panel::eventFilter(object, event);
   const int next = std::clamp(view_.mode + step, 1, Modes);
   if (next != view_.mode) {

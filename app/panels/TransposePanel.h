@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "app/controls/Control.h"
 #include "app/panels/Panel.h"
 
 namespace Sonarello {
@@ -53,7 +54,7 @@ class TransposePanel : public Panel {
   PanelButton* Transpose_Plus;
   PanelButton* IntelligentTranspose;
   std::array<PanelButton*, Modes> IT_Mode{};
-  int wheel_ = 0;
+  WheelNotches wheel_;
 };
 
 }  // namespace Sonarello

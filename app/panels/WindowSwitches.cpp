@@ -111,15 +111,16 @@ void WindowSwitches::Arrange() {
 
 QRect WindowSwitches::LightRect() const {
   const Metrics& m = metrics();
-  const int x = SwitchesWidth() + m.px(SeparatorGap) + m.hair() + m.px(LightGap), size = m.px(LightSize);
+  const int x = SwitchesWidth() + m.px(SeparatorGap) + m.hair() + m.px(LightGap),
+            size = m.px(LightSize);
   return {x, (height() - size) / 2, size, size};
 }
 
 bool WindowSwitches::event(QEvent* event) {
   if (event->type() == QEvent::ToolTip) {
     const auto* help = static_cast<QHelpEvent*>(event);
-    const QString port = port_.isEmpty() ? QText("Kein MIDI-Eingang gewählt", "No MIDI input is chosen")
-                                         : port_;
+    const QString port =
+        port_.isEmpty() ? QText("Kein MIDI-Eingang gewählt", "No MIDI input is chosen") : port_;
     QToolTip::showText(
         help->globalPos(),
         ToolTipOf({QText("Leuchtet, wenn MIDI ankommt", "Lit while MIDI arrives"), port}), this);

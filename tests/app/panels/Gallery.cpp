@@ -9,15 +9,16 @@
 
 #include "app/Application.h"
 #include "app/panels/Banner.h"
+#include "app/panels/ControllerPanel.h"
 #include "app/panels/DropCard.h"
 #include "app/panels/LoopPanel.h"
+#include "app/panels/PanelBench.h"
 #include "app/panels/PositionDisplay.h"
 #include "app/panels/SongSlider.h"
 #include "app/panels/TempoPanel.h"
 #include "app/panels/TransportPanel.h"
 #include "app/panels/TransposePanel.h"
 #include "app/panels/WindowSwitches.h"
-#include "app/panels/PanelBench.h"
 
 namespace Sonarello {
 namespace {
@@ -58,12 +59,9 @@ class DeskPicture {
     inside->addLayout(TransportRow(gap));
     inside->addWidget(Slider());
     inside->addWidget(Loop());
+    inside->addWidget(Controllers());
     inside->addWidget(Effects());
     inside->addWidget(Lyrics());
-    inside->addWidget(Add(new Banner));
-    inside->itemAt(inside->count() - 1)
-        ->widget()
-        ->setVisible(false);
     column->addLayout(inside);
     column->addWidget(Status());
   }
@@ -127,9 +125,16 @@ class DeskPicture {
     auto* loop = Add(new LoopPanel);
     loop->SetView({song_, song_, song_ ? QStringLiteral("9:01") : QString(),
                    song_ ? QStringLiteral("25:01") : QString()});
-    loop->SetReducedMotion(true);
+    SetReducedMotion(true);
     loop->Slide(true);
+    SetReducedMotion(false);
     return loop;
+  }
+
+  QWidget* Controllers() {
+    auto* controllers = Add(new ControllerPanel);
+    controllers->SetView(song_ ? SongControllers() : ControllersView{});
+    return controllers;
   }
 
   QWidget* Effects() {
@@ -194,8 +199,50 @@ TEST_P(Gallery, APanelIsTidyInEveryLook) {
       EXPECT_FALSE(panel->accessibleName().isEmpty()) << panel->metaObject()->className();
     }
     EXPECT_TRUE(SaveScreenshot(
-        desk.ground, QStringLiteral("panels_%1%2").arg(song ? QString() : QStringLiteral("empty_"),
-                                                       NameOf(look))));
+        desk.ground,
+        QStringLiteral("panels_%1%2").arg(song ? QString() : QStringLiteral("empty_"), NameOf(look))));
+  }
+  GermanLanguage = false;
+}
+
+/// The card over the desk and the banners, one below the other.
+class Notices : public Ground {
+ public:
+  Notices() {
+    auto* column = new QVBoxLayout(this);
+    card.SetInstrument(QStringLiteral("Yamaha Genos"));
+    column->addWidget(&card, 0, Qt::AlignHCenter);
+    column->addWidget(&error);
+    column->addWidget(&warning);
+    error.SetMessage(Severity::Error,
+                     QText("Sie haben keine MIDI-Interface an Ihrem Computer!\r\nDaher ist keine "
+                           "MIDI-Wiedergabe möglich!",
+                           "There is no midi interface in your computer!\r\nTherefor no midi playback "
+                           "posible!"));
+    warning.SetMessage(Severity::Warning, QText("3 Noten wurden gekürzt.", "3 notes were shortened."));
+  }
+  DropCard card;
+  Banner error, warning;
+};
+
+TEST_P(Gallery, CardAndBannersAreTidyInEveryLook) {
+  const Look look = GetParam();
+  if (look.density == Density::Compact) return;  // neither knows a density
+  GermanLanguage = look.german;
+  const InTheme theme(look.theme);
+  const AtScale scale(look.scale);
+  Notices notices;
+  ShowForTest(notices);
+  for (const bool dragging : {false, true}) {
+    notices.card.SetDragging(dragging);
+    notices.card.SetRecent(dragging);
+    ExpectTidy(notices.card);
+    for (const auto* button : notices.card.findChildren<QAbstractButton*>()) {
+      EXPECT_TRUE(notices.card.CardRect().contains(button->geometry()));
+    }
+    EXPECT_TRUE(SaveScreenshot(notices,
+                               QStringLiteral("notices_%1%2")
+                                   .arg(dragging ? QStringLiteral("drag_") : QString(), NameOf(look))));
   }
   GermanLanguage = false;
 }

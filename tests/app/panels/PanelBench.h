@@ -6,6 +6,7 @@
 #include "app/controls/Metrics.h"
 #include "app/controls/QtText.h"
 #include "app/controls/Theme.h"
+#include "app/panels/ControllerPanel.h"
 #include "app/panels/EffectRow.h"
 #include "app/panels/FilePanel.h"
 #include "app/panels/LyricBar.h"
@@ -33,8 +34,13 @@ inline std::vector<qint64> EvenBars(int bars, qint64 length = 2000) {
 }
 
 inline FileView SongFile() {
-  return {true, QStringLiteral("Muss_i_denn_Genos.mid"), QStringLiteral("/songs/Muss_i_denn_Genos.mid"),
-          true, 0, 480, 171000};
+  return {true,
+          QStringLiteral("Muss_i_denn_Genos.mid"),
+          QStringLiteral("/songs/Muss_i_denn_Genos.mid"),
+          true,
+          0,
+          480,
+          171000};
 }
 
 inline EffectView Lit(const QString& block, const QString& effect, int channel = 0) {
@@ -97,9 +103,26 @@ inline LyricView SongLyrics() {
   return view;
 }
 
+inline ControllersView SongControllers() {
+  ControllersView view{true,
+                       4,
+                       QStringLiteral("ChamberStrings (S.Art2!)"),
+                       QStringLiteral("Yamaha Genos"),
+                       QStringLiteral("UM-ONE MIDI 1"),
+                       true};
+  const std::array values{52, 127, 54, 18, 64, 70, 64, 58, 0};
+  for (std::size_t i = 0; i < values.size(); ++i) view.values[i] = {values[i], true};
+  return view;
+}
+
 inline StatusView SongStatus() {
-  return {true, 5, QStringLiteral("9:01 – 25:01"), QStringLiteral("14:32"),
-          QStringLiteral("Yamaha Genos"), 4, metrics().percent};
+  return {true,
+          5,
+          QStringLiteral("9:01 – 25:01"),
+          QStringLiteral("14:32"),
+          QStringLiteral("Yamaha Genos"),
+          4,
+          metrics().percent};
 }
 
 }  // namespace Sonarello
