@@ -6,11 +6,11 @@
 
 namespace Sonarello {
 
-/// The places of the user's desktop, by the environment, and this program's file.
+/// The places of the user's desktop, by the environment (XDG Base Directory Specification), and this
+/// program's file.
 [[nodiscard]] TAssociationPlaces DesktopPlaces();
 
-/// `MMH_AssocWithMID`: associates, has the desktop's cache of entries brought up to date, and tells the
-/// user how it went and what may be left to do.
+/// `MMH_AssocWithMID`: associates, and tells the user how it went and what may be left to do by hand.
 void AssocWithMID(const TAssociationPlaces& places, IMessages& messages);
 
 }  // namespace Sonarello

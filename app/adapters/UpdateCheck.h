@@ -3,12 +3,15 @@
 
 #include <QByteArray>
 #include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QTimer>
+#include <string>
 
 #include "desk/UpdateList.h"
+
+class QNetworkReply;
 
 namespace Sonarello {
 
@@ -22,13 +25,14 @@ class UpdateCheck : public QObject {
   static constexpr qint64 LargestList = 256 * 1024;  ///< bytes
   static constexpr int MostRedirects = 5;
 
-  explicit UpdateCheck(QString ownVersion, QObject* parent = nullptr);
+  explicit UpdateCheck(std::string ownVersion, QObject* parent = nullptr);
+  ~UpdateCheck() override;
 
   int TimeLimit = 15'000;  ///< ms for the whole check
 
   /// Asks an http or https address. A check that runs already goes on instead.
   void Start(const QString& url);
-  [[nodiscard]] bool IsRunning() const noexcept { return reply != nullptr; }
+  [[nodiscard]] bool IsRunning() const noexcept { return running; }
   /// Ends a check without a word.
   void Cancel();
 
@@ -36,22 +40,24 @@ class UpdateCheck : public QObject {
   /// A check ended. Told from the event loop, never from within `Start`.
   void Finished(const Sonarello::TUpdateResult& result);
 
- private Q_SLOTS:
-  void HTTPReqRequestCompleted();
-  void Take();
-
  private:
+  void Ask(const QString& url);
+  void Take();
+  void HTTPReqRequestCompleted();
   void End(const TUpdateResult& result);
   void Drop();
 
-  QString version;
+  std::string version;
   QNetworkAccessManager network;
+  QTimer start;
   QTimer limit;
-  QNetworkReply* reply = nullptr;
+  QPointer<QNetworkReply> reply;
+  QString address;
   QByteArray list;
+  bool running = false;
 };
 
-/// Opens a web page in the user's browser; false if there is none.
+/// Opens a web page (http or https) in the user's browser; false if that failed.
 bool OpenWebPage(const std::string& address);
 
 }  // namespace Sonarello

@@ -1,9 +1,9 @@
-# The instruments' tables travel inside the program, so that they cannot be missing beside it.
+# The tables of data/ travel inside the program, so that they cannot be missing beside it.
 
-# embed_instrument_data(<library>): adds every file of data/instruments to a library as read-only bytes,
-# with a table of their paths that InstrumentFile searches.
-function(embed_instrument_data library)
-  set(folder ${PROJECT_SOURCE_DIR}/data/instruments)
+# embed_data(<library> <room> <name> <folder>): adds every table of data/<folder> to a library as
+# read-only bytes, with an array <name>Bytes of their paths; <room>/<name>Bytes.h declares it.
+function(embed_data library room name folder)
+  set(folder ${PROJECT_SOURCE_DIR}/data/${folder})
   file(GLOB_RECURSE files CONFIGURE_DEPENDS RELATIVE ${folder} ${folder}/*.txt ${folder}/*.tsv)
   list(SORT files)
   set(bytes "")
@@ -19,9 +19,9 @@ function(embed_instrument_data library)
     list(APPEND paths ${folder}/${file})
     math(EXPR n "${n} + 1")
   endforeach()
-  set(generated ${CMAKE_CURRENT_BINARY_DIR}/InstrumentBytes.cpp)
-  file(CONFIGURE OUTPUT ${generated} CONTENT "// The files of data/instruments, one behind the other.
-#include \"instruments/InstrumentBytes.h\"
+  set(generated ${CMAKE_CURRENT_BINARY_DIR}/${name}Bytes.cpp)
+  file(CONFIGURE OUTPUT ${generated} CONTENT "// The files of a folder of data, one behind the other.
+#include \"@room@/@name@Bytes.h\"
 
 __asm__(
     \".section .rodata\\n\"
@@ -34,10 +34,10 @@ extern \"C\" {
 
 namespace Sonarello {
 
-const TInstrumentBytes InstrumentBytes[] = {
+const T@name@Bytes @name@Bytes[] = {
 @rows@    {{}, file_end},
 };
-const std::size_t InstrumentByteCount = ${n};
+const std::size_t @name@ByteCount = ${n};
 
 }  // namespace Sonarello
 " @ONLY)
