@@ -223,20 +223,6 @@ TOptionChanges OptionsEdit::Changes() const {
   return changes;
 }
 
-std::string OptionsEdit::AfterChangeText() const {
-  const TOptionChanges changes = Changes();
-  std::string text;
-  if (changes.Has(TOptionChange::MainInstrument))
-    text = Text(
-        "Sie haben die Einstellung für das Instrument geändert.\rUm fehlerhafte Zustände zu vermeiden "
-        "sollten Sie das Midifile neu laden!",
-        "You changed the setting of the main instrument.\rPlease reload the midi file!");
-  if (changes.Has(TOptionChange::Language))
-    text += (text.empty() ? "" : "\r") + Text("Die Sprache wechselt beim nächsten Start.",
-                                              "The language changes with the next start.");
-  return text;
-}
-
 void OptionsEdit::Store(ISettings& settings) const {
   for (const TSettingsKey& key : SettingsKeys()) {
     const std::string text = SettingText(key, now.SongOptions, now.Desk);

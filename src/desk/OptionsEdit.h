@@ -96,9 +96,6 @@ class OptionsEdit {
   [[nodiscard]] std::string RoutesWarning() const;
 
   [[nodiscard]] TOptionChanges Changes() const;
-  /// What the user is told when the changes are made: what waits for the next start or for the song to
-  /// be loaded again. Empty if nothing does.
-  [[nodiscard]] std::string AfterChangeText() const;
   /// Writes what changed.
   void Store(ISettings& settings) const;
 
