@@ -36,6 +36,9 @@ class Control : public QWidget {
   virtual void setSpokenValue(int) {}
   virtual void pressSpoken() {}
 
+  /// Where the ring of the keyboard's focus goes; a group of parts names the one in use.
+  [[nodiscard]] virtual QWidget* ringPlace() { return this; }
+
   /// Whether changes of the value are announced; strips announce only the one in focus.
   void setAnnounces(bool on) { announces = on; }
 

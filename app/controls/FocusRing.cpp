@@ -1,9 +1,12 @@
 #include "app/controls/FocusRing.h"
 
 #include <QAbstractButton>
+#include <QCoreApplication>
 #include <QFocusEvent>
 #include <QFocusFrame>
 #include <QVariant>
+
+#include "app/controls/Control.h"
 
 namespace Sonarello {
 namespace {
@@ -46,7 +49,17 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-void FocusRing::show(QWidget* around) {
+void FocusRing::Update(QWidget* focused) {
+  auto* ring =
+      QCoreApplication::instance()->findChild<FocusRing*>(QString(), Qt::FindDirectChildrenOnly);
+  if (ring == nullptr || !focused->hasFocus()) return;
+  ring->last = focused;
+  ring->show(focused);
+}
+
+void FocusRing::show(QWidget* focused) {
+  auto* control = qobject_cast<Control*>(focused);
+  QWidget* around = control != nullptr ? control->ringPlace() : focused;
   if (frame.isNull()) frame = new QFocusFrame(around);
   frame->setWidget(around);
 }

@@ -20,11 +20,15 @@ class FocusRing : public QObject {
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
+  /// Shows the ring for the widget in focus although it came by the mouse, or moves it to the part that
+  /// is in use now; for widgets that take keys.
+  static void Update(QWidget* focused);
+
   /// The widget with the ring, if any.
   [[nodiscard]] QWidget* ringed() const;
 
  private:
-  void show(QWidget* around);
+  void show(QWidget* focused);
   void hide();
 
   QPointer<QFocusFrame> frame;

@@ -8,21 +8,12 @@
 #include "app/Application.h"
 #include "app/controls/Metrics.h"
 #include "app/controls/QtText.h"
+#include "app/controls/Shown.h"
 #include "app/controls/Theme.h"
 #include "helpers/InGerman.h"
 
 namespace Sonarello {
 namespace {
-
-struct InTheme {
-  explicit InTheme(ThemeKind kind) { SetTheme(kind); }
-  ~InTheme() { SetTheme(ThemeKind::Dark); }
-};
-
-struct AtScale {
-  explicit AtScale(int percent) { SetScale(percent); }
-  ~AtScale() { SetScale(100); }
-};
 
 double Luminance(const QColor& colour) {
   const auto linear = [](double c) {
