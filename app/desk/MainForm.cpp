@@ -1,6 +1,6 @@
 #include "app/desk/MainForm.h"
 
-#include <QKeyEvent>
+#include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -63,6 +63,7 @@ TMainForm::TMainForm(const TMainFormParts& parts) : p(parts), midiIn(parts.midi)
     else
       status->EndProgress();
   };
+  qApp->installEventFilter(this);
   StartTimers();
   SongChanged();
   RoutesChanged();
@@ -205,12 +206,13 @@ void TMainForm::SongChanged() {
   ShowLevels(false);
   ShowPosition();
   ShowTransport();
-  browserForm->raise();
+  ShowKeyboardChannel();
 }
 
 void TMainForm::SoundChanged(int channel) {
   ShowStrip(channel);
   if (channel == p.work.desk.song.ActiveMidiIndex) ShowController();
+  if (channel == p.work.desk.song.ActiveMidiIndex) ShowKeyboardChannel();
   patchesForm->ShowChannel(channel);
 }
 
@@ -221,7 +223,14 @@ void TMainForm::StripChanged(int strip) {
 
 void TMainForm::SelectionChanged() {
   ShowController();
-  keysForm->ShowChannel();
+  ShowKeyboardChannel();
+}
+
+void TMainForm::ShowKeyboardChannel() {
+  const Song& song = p.work.desk.song;
+  const int strip = song.MidiFileLoaded ? song.ActiveMidiIndex : -1;
+  keysForm->ShowChannel(strip >= 0 ? song.ActiveMidiChannel + 1 : 0,
+                        strip >= 0 ? ToQt(p.work.overview.Row(strip).Sound) : QString());
 }
 
 void TMainForm::ModifiedChanged() { ShowFile(); }

@@ -129,6 +129,10 @@ class TMainForm : public QMainWindow, private SongObserver {
   void ListenToMidiIn();
   void SetupTimerTimer();
 
+  // --- Keys (MainFormKeys.cpp)
+  bool PlayKeyPressed(const QKeyEvent& key, const QWidget& focus);
+  bool PlayKeyReleased(const QKeyEvent& key);
+
   // --- Transport (MainFormPlay.cpp)
   void ConnectTransport();
   void PlayClick();
@@ -183,8 +187,8 @@ class TMainForm : public QMainWindow, private SongObserver {
   void StoreWindows();
   void RestoreWindows();
   void UpdateSwitches();
+  void ShowKeyboardChannel();
 
-  // --- Messages
   void Status(const QString& text);
   void ShowFile();
   void ShowStatus();

@@ -23,9 +23,8 @@ void TakePicture(TMainForm& window, const QString& file) {
     *waited += Interval;
     if (window.Work().desk.song.MidiFileLoaded && window.IsIdle()) {
       timer->stop();
-      QTimer::singleShot(SettleTime, &window, [&window, file] {
-        QCoreApplication::exit(window.grab().save(file) ? 0 : 1);
-      });
+      QTimer::singleShot(SettleTime, &window,
+                         [&window, file] { QCoreApplication::exit(window.grab().save(file) ? 0 : 1); });
     } else if (*waited >= LongestWait) {
       QCoreApplication::exit(1);
     }

@@ -34,18 +34,16 @@ TProgramPlaces TProgramPlaces::OfThisUser() {
   const QString application = QCoreApplication::applicationDirPath();
   QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
   if (documents.isEmpty()) documents = QDir::homePath();
-  return {.Settings = PathOf(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                             QStringLiteral("/Sonarello/Sonarello XI.ini")),
-          .Documents = PathOf(documents),
+  return {.Documents = PathOf(documents),
           .Application = PathOf(application) + "/",
           .Manual = FindManual(application)};
 }
 
 Program::Program(const TProgramPlaces& places, const std::string& first)
-    : store(places.Settings, messages),
-      dataPath(FindDataPath(places.Documents, places.Application)),
+    : dataPath(FindDataPath(places.Documents, places.Application)),
       parameter(ReadStartParameter(first)) {
   ChooseLanguage();
+  store.Report(messages);
   if (parameter.ResetRegistry &&
       messages.Ask(ResetQuestion(), QText("Zurücksetzen", "Reset"), QText("Abbrechen", "Cancel")))
     UserRegistry(store).DeleteAllRegistry();

@@ -9,6 +9,7 @@
 #include "app/adapters/QtMessages.h"
 #include "app/desk/Aside.h"
 #include "app/desk/MainForm.h"
+#include "desk/Startup.h"
 #include "desk/Workplace.h"
 #include "playback/MidiPlayerThread.h"
 #include "playback/drivers/RtMidiDriver.h"
@@ -17,7 +18,6 @@ namespace Sonarello {
 
 /// Where the program finds and keeps things; UTF-8, folders end in "/" where it says so.
 struct TProgramPlaces {
-  std::string Settings;     ///< file of the settings
   std::string Documents;    ///< the user's documents
   std::string Application;  ///< folder of the program's file, ends in "/"
   std::string Manual;       ///< folder of the manual, or empty
@@ -42,9 +42,9 @@ class Program {
  private:
   void ChooseLanguage();
 
+  IniSettings store;
   QtMessages messages;
   AsideMessages aside{messages};
-  IniSettings store;
   std::string dataPath;
   TStartParameter parameter;
   RtMidiDriver midi;
