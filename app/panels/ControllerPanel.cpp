@@ -1,6 +1,7 @@
 #include "app/panels/ControllerPanel.h"
 
 #include <QFontMetricsF>
+#include <QPaintEvent>
 #include <algorithm>
 #include <cmath>
 
@@ -142,7 +143,7 @@ int ControllerPanel::ColumnLeft(std::size_t index) const {
 QRect ControllerPanel::TextRect(std::size_t index) const {
   const int left = ColumnLeft(index) + metrics().hair() + metrics().px(KnobLeft) + Px(40, 46) +
                    metrics().px(KnobGap);
-  return {left, 0, ColumnLeft(index + 1) - left, height()};
+  return {left, 0, ColumnLeft(index + 1) - left - metrics().hair(), height()};
 }
 
 double ControllerPanel::AudioWidth() const {
@@ -220,8 +221,12 @@ void ControllerPanel::PaintColumn(QPainter& painter, std::size_t index) const {
 void ControllerPanel::paintEvent(QPaintEvent* event) {
   Panel::paintEvent(event);
   QPainter painter(this);
-  PaintBlock(painter);
-  for (std::size_t i = 0; i < PanelControllers; ++i) PaintColumn(painter, i);
+  // Values run while the song plays: what is not dirty is not drawn.
+  const QRect dirty = event->rect();
+  if (dirty.left() < BlockWidth()) PaintBlock(painter);
+  for (std::size_t i = 0; i < PanelControllers; ++i) {
+    if (dirty.right() >= ColumnLeft(i) && dirty.left() <= ColumnLeft(i + 1)) PaintColumn(painter, i);
+  }
 }
 
 }  // namespace Sonarello

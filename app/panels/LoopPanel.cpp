@@ -29,7 +29,10 @@ QString CaptionOf(LoopEnd which) {
 }  // namespace
 
 LoopPanel::LoopPanel(QWidget* parent)
-    : Panel(parent), Looping(new PanelButton(QText("Schleife", "Loop"), this)), close_(nullptr) {
+    : Panel(parent),
+      Looping(new PanelButton(QText("Schleife", "Loop"), this)),
+      close_(nullptr),
+      LoopPanelTimer(new QTimer(this)) {
   setAccessibleName(QText("Schleife", "Loop"));
   Looping->setText(QText("Schleife", "Loop"));
   Looping->SetIcon(Icon::Loop, 16);
@@ -43,7 +46,7 @@ LoopPanel::LoopPanel(QWidget* parent)
   close_->SetIcon(Icon::Cross, 14);
   close_->SetFlat(true);
   connect(close_, &PanelButton::clicked, this, &LoopPanel::Close);
-  connect(&LoopPanelTimer, &QTimer::timeout, this, &LoopPanel::LoopPanelTimerTimer);
+  connect(LoopPanelTimer, &QTimer::timeout, this, &LoopPanel::LoopPanelTimerTimer);
   ShowHeight(0);
   hide();
   Renew();
@@ -181,12 +184,12 @@ void LoopPanel::Slide(bool open) {
   open_ = open;
   if (open) show();
   if (ReducedMotion() || !seen) {
-    LoopPanelTimer.stop();
+    LoopPanelTimer->stop();
     ShowHeight(open ? FullHeight() : 0);
     setVisible(open);
     return;
   }
-  LoopPanelTimer.start(SlideInterval);
+  LoopPanelTimer->start(SlideInterval);
 }
 
 void LoopPanel::LoopPanelTimerTimer() {
@@ -194,7 +197,7 @@ void LoopPanel::LoopPanelTimerTimer() {
   const int next = std::clamp(shownHeight_ + (open_ ? step : -step), 0, FullHeight());
   ShowHeight(next);
   if (next != (open_ ? FullHeight() : 0)) return;
-  LoopPanelTimer.stop();
+  LoopPanelTimer->stop();
   setVisible(open_);
 }
 

@@ -38,7 +38,7 @@ class LoopPanel : public Panel {
   void Slide(bool open);
   [[nodiscard]] bool open() const { return open_; }
   /// True while it slides.
-  [[nodiscard]] bool sliding() const { return LoopPanelTimer.isActive(); }
+  [[nodiscard]] bool sliding() const { return LoopPanelTimer->isActive(); }
 
   [[nodiscard]] QLineEdit* field(LoopEnd which) const { return ends_[Index(which)].field; }
   /// Height when open, in pixels of the scale.
@@ -86,7 +86,7 @@ class LoopPanel : public Panel {
   PanelButton* Looping;
   PanelButton* close_;
   std::array<End, 2> ends_;
-  QTimer LoopPanelTimer;
+  QTimer* LoopPanelTimer;
   int shownHeight_ = 0;
   bool open_ = false;
 };

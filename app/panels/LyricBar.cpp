@@ -1,6 +1,7 @@
 #include "app/panels/LyricBar.h"
 
 #include <QFontMetricsF>
+#include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -113,6 +114,17 @@ QRectF LyricBar::RectOf(int syllable) const {
   return {TextLeft() + word.x, 0, word.width, static_cast<double>(height())};
 }
 
+/// Where a syllable draws: the chord over it may be longer than itself.
+QRectF LyricBar::Reach(int syllable) const {
+  QRectF reach = RectOf(syllable);
+  const QString& chord = view_.line[static_cast<std::size_t>(syllable)].chord;
+  if (!reach.isEmpty() && !chord.isEmpty()) {
+    const double chordWidth = QFontMetricsF(metrics().font(Role::LyricChord)).horizontalAdvance(chord);
+    reach.setWidth(std::max(reach.width(), chordWidth));
+  }
+  return reach.adjusted(-2, 0, 2, 0);
+}
+
 QSize LyricBar::sizeHint() const { return {metrics().px(1264), Px(56, 82)}; }
 QSize LyricBar::minimumSizeHint() const { return {metrics().px(400), Px(56, 82)}; }
 
@@ -180,19 +192,19 @@ void LyricBar::PaintSyllable(QPainter& painter, int syllable, int top) const {
   painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, shown.text);
 }
 
-void LyricBar::PaintLine(QPainter& painter) const {
+void LyricBar::PaintLine(QPainter& painter, const QRectF& dirty) const {
   const Metrics& m = metrics();
-  const QFont nextFont = FontOf(FontStack::Text, metrics().f(15), QFont::Normal);
   const int chord = m.lineHeight(Role::LyricChord);
   const int lyric = m.lineHeight(compact() ? Role::LyricCompact : Role::Lyric);
   const int next = compact() ? 0 : m.px(20);
   const int top = (height() - chord - lyric - next) / 2;
   // The syllable with a face comes last: its face may reach under its neighbours.
   for (int i = 0; i < static_cast<int>(words_.size()); ++i) {
-    if (i != current_) PaintSyllable(painter, i, top);
+    if (i != current_ && Reach(i).intersects(dirty)) PaintSyllable(painter, i, top);
   }
   PaintSyllable(painter, current_, top);
   if (compact() || view_.nextLine.isEmpty()) return;
+  const QFont nextFont = FontOf(FontStack::Text, m.f(15), QFont::Normal);
   painter.setFont(nextFont);
   painter.setPen(th().tx3);
   painter.drawText(QRectF(TextLeft(), top + chord + lyric, TextRoom() + 1, next),
@@ -216,11 +228,12 @@ void LyricBar::paintEvent(QPaintEvent* event) {
   Panel::paintEvent(event);
   if (view_.Empty()) return;
   QPainter painter(this);
-  PaintChordBlock(painter);
+  const QRect dirty = event->rect();
+  if (dirty.left() < TextLeft()) PaintChordBlock(painter);
   if (view_.line.empty() && view_.nextLine.isEmpty()) {
     PaintChords(painter);
   } else {
-    PaintLine(painter);
+    PaintLine(painter, dirty);
   }
 }
 

@@ -59,10 +59,11 @@ class LyricBar : public Panel {
     int page = 0;
   };
 
+  [[nodiscard]] QRectF Reach(int syllable) const;
   [[nodiscard]] double TextLeft() const;
   [[nodiscard]] double TextRoom() const;
   void PaintChordBlock(QPainter& painter) const;
-  void PaintLine(QPainter& painter) const;
+  void PaintLine(QPainter& painter, const QRectF& dirty) const;
   void PaintSyllable(QPainter& painter, int syllable, int top) const;
   void PaintChords(QPainter& painter) const;
 

@@ -23,12 +23,14 @@ QString PerCent(int value) { return QString::number(value) + QStringLiteral(" %"
 }  // namespace
 
 StatusBar::StatusBar(QWidget* parent)
-    : Panel(parent), cancel_(new QShortcut(QKeySequence(Qt::Key_Escape), this)) {
+    : Panel(parent),
+      DisplayMessageTimer(new QTimer(this)),
+      cancel_(new QShortcut(QKeySequence(Qt::Key_Escape), this)) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setAccessibleName(QText("Statuszeile", "Status line"));
   cancel_->setEnabled(false);
   connect(cancel_, &QShortcut::activated, this, &StatusBar::cancelWanted);
-  connect(&DisplayMessageTimer, &QTimer::timeout, this, &StatusBar::DisplayMessageTimerTimer);
+  connect(DisplayMessageTimer, &QTimer::timeout, this, &StatusBar::DisplayMessageTimerTimer);
   Renew();
 }
 
@@ -40,7 +42,7 @@ void StatusBar::SetView(const StatusView& view) {
 void StatusBar::ShowMessage(const QString& message) {
   message_ = message;
   messageTicks_ = MessageTime / MessageInterval;
-  DisplayMessageTimer.start(MessageInterval);
+  DisplayMessageTimer->start(MessageInterval);
   Refresh();
   QAccessibleEvent alert(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
@@ -48,7 +50,7 @@ void StatusBar::ShowMessage(const QString& message) {
 
 void StatusBar::DisplayMessageTimerTimer() {
   if (--messageTicks_ > 0) return;
-  DisplayMessageTimer.stop();
+  DisplayMessageTimer->stop();
   message_.clear();
   Refresh();
 }

@@ -62,7 +62,7 @@ class StatusBar : public Panel {
 
   StatusView view_;
   QString message_;
-  QTimer DisplayMessageTimer;
+  QTimer* DisplayMessageTimer;
   int messageTicks_ = 0;
   QString work_;
   int percent_ = 0;

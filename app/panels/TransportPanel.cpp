@@ -7,7 +7,7 @@
 
 namespace Sonarello {
 
-TransportPanel::TransportPanel(QWidget* parent) : Panel(parent) {
+TransportPanel::TransportPanel(QWidget* parent) : Panel(parent), TransportTimer(new QTimer(this)) {
   const std::array<QString, Buttons> names{QText("Zurückspulen", "Rewind"), QText("Wiedergabe", "Play"),
                                            QText("Stopp", "Stop"), QText("Aufnahme", "Record"),
                                            QText("Schleife", "Loop")};
@@ -32,7 +32,7 @@ void TransportPanel::Connect() {
   connect(buttons_[Rewind], &PanelButton::clicked, this, [this] {
     if (!wound_) Q_EMIT rewindClicked();
   });
-  connect(&TransportTimer, &QTimer::timeout, this, &TransportPanel::TransportTimerTimer);
+  connect(TransportTimer, &QTimer::timeout, this, &TransportPanel::TransportTimerTimer);
   connect(buttons_[Stop], &PanelButton::clicked, this, &TransportPanel::stopClicked);
   // The lit state is the song's, not the button's: the view sets it again after the click.
   connect(buttons_[Play], &PanelButton::clicked, this, [this] {
@@ -101,21 +101,23 @@ QSize TransportPanel::sizeHint() const {
 
 void TransportPanel::RewindPressed() {
   wound_ = false;
-  TransportTimer.start(WindDelay);
+  TransportTimer->start(WindDelay);
 }
 
 void TransportPanel::TransportTimerTimer() {
+  // A button let go outside of itself says nothing.
+  if (!buttons_[Rewind]->isDown()) return RewindReleased();
   if (!wound_) {
     wound_ = true;
-    TransportTimer.start(WindInterval);
+    TransportTimer->start(WindInterval);
     Q_EMIT windBackBegan();
   }
   Q_EMIT windBack();
 }
 
 void TransportPanel::RewindReleased() {
-  if (!TransportTimer.isActive()) return;
-  TransportTimer.stop();
+  if (!TransportTimer->isActive()) return;
+  TransportTimer->stop();
   if (wound_) Q_EMIT windBackEnded();
 }
 

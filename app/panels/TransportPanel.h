@@ -63,7 +63,7 @@ class TransportPanel : public Panel {
 
   TransportView view_;
   std::array<PanelButton*, Buttons> buttons_{};
-  QTimer TransportTimer;
+  QTimer* TransportTimer;
   bool wound_ = false;  ///< the press that lasts, or the last one, has wound: its click is none
 };
 

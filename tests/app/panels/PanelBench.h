@@ -1,6 +1,13 @@
 // Views as of a song in the middle of its play, and the appearances that the panels must stand.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
 #include <QWidget>
 
 #include "app/controls/Metrics.h"
@@ -26,6 +33,34 @@ struct AtScale {
   ~AtScale() { SetScale(100); }
 };
 
+/// The button of a panel that assistive programs call by a name.
+inline QAbstractButton* ButtonOf(const QWidget& panel, const QString& name) {
+  for (auto* button : panel.findChildren<QAbstractButton*>()) {
+    if (button->accessibleName() == name) return button;
+  }
+  ADD_FAILURE() << "no button is called " << ToStd(name);
+  return nullptr;
+}
+
+/// Lets the running timer of a widget run out now, without waiting; false if none runs.
+inline bool RunOut(const QObject& widget) {
+  for (auto* timer : widget.findChildren<QTimer*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (!timer->isActive()) continue;
+    QTimerEvent event(timer->timerId());
+    QCoreApplication::sendEvent(timer, &event);
+    return true;
+  }
+  return false;
+}
+
+/// Turns the wheel over the middle of a widget by whole notches; up is positive.
+inline void TurnWheel(QWidget& widget, int notches) {
+  const QPointF middle = QRectF(widget.rect()).center();
+  QWheelEvent event(middle, widget.mapToGlobal(middle), {}, {0, 120 * notches}, Qt::NoButton,
+                    Qt::NoModifier, Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(&widget, &event);
+}
+
 /// Beginnings of `bars` bars of two seconds each, in ms.
 inline std::vector<qint64> EvenBars(int bars, qint64 length = 2000) {
   std::vector<qint64> starts;
@@ -43,7 +78,7 @@ inline FileView SongFile() {
           171000};
 }
 
-inline EffectView Lit(const QString& block, const QString& effect, int channel = 0) {
+inline EffectView LitEffect(const QString& block, const QString& effect, int channel = 0) {
   EffectView view{block, effect};
   view.on = true;
   if (channel > 0) {
@@ -55,10 +90,10 @@ inline EffectView Lit(const QString& block, const QString& effect, int channel =
 
 inline EffectsView SongEffects() {
   EffectsView view;
-  view.system = {Lit(QStringLiteral("Chorus"), QStringLiteral("Chorus 3")),
-                 Lit(QStringLiteral("Reverb"), QStringLiteral("Hall 2")),
-                 Lit(QStringLiteral("Variation"), QStringLiteral("Tempo Cross 1")),
-                 Lit(QStringLiteral("Master EQ"), QStringLiteral("Mellow")),
+  view.system = {LitEffect(QStringLiteral("Chorus"), QStringLiteral("Chorus 3")),
+                 LitEffect(QStringLiteral("Reverb"), QStringLiteral("Hall 2")),
+                 LitEffect(QStringLiteral("Variation"), QStringLiteral("Tempo Cross 1")),
+                 LitEffect(QStringLiteral("Master EQ"), QStringLiteral("Mellow")),
                  {QStringLiteral("Vocal Harmony"), QStringLiteral("Standard Duet")},
                  {QStringLiteral("Vocal Effect"), QStringLiteral("Distortion")}};
   view.system[2].part = QStringLiteral("Right1");
@@ -67,7 +102,7 @@ inline EffectsView SongEffects() {
   for (int i = 0; i < 16; ++i) {
     const QString block = QStringLiteral("DSP %1").arg(i + 1);
     if (i < names.size()) {
-      view.insertions.push_back(Lit(block, names[i], i + 3));
+      view.insertions.push_back(LitEffect(block, names[i], i + 3));
     } else {
       view.insertions.push_back({block, QStringLiteral("Thru")});
     }
