@@ -129,6 +129,7 @@ void LoopPanel::Refresh() {
                                  reason});
   Looping->setChecked(view_.looping);
   for (const LoopEnd which : BothEnds) RefreshEnd(which, reason);
+  if (open_ && !sliding()) ShowHeight(FullHeight());  // the scale may have changed
   if (close_ != nullptr)
     close_->SetState(true, {QText("Schließen", "Close"), {}, QStringLiteral("Esc")});
   update();
