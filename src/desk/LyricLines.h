@@ -100,13 +100,15 @@ class TLyricLines {
   [[nodiscard]] int CurrentHyphen(std::int32_t timePosition) const;
 
  private:
+  void ChooseTrack(const Song& song);
   void ReadHyphens(const Song& song);
   void ReadXFChords(const Song& song);
-  void BuildLines(const Song& song);
-  void PlaceChords(const Song& song);
+  void BuildLines();
+  void PlaceChords();
   void SetShownFrom();
 
   std::vector<std::size_t> lineStarts;  ///< syllables that begin a line by a mark
+  std::vector<int> nextChords;          ///< by chord: the next one with another name, -1 if none
 };
 
 }  // namespace Sonarello
