@@ -165,17 +165,39 @@ void TLyricLines::UpdateTimes(const Song& song) {
 
 // --- Lines
 
-/// A line ends at its mark, or where it would get too long, in front of a word.
+namespace {
+
+/// A syllable as the breaking of lines sees it.
+struct TBreak {
+  bool Line = false;       ///< a mark starts a line here
+  bool Word = false;       ///< a word starts here
+  std::size_t Length = 0;  ///< characters from here to the next word
+};
+
+std::vector<TBreak> BreaksOf(const std::vector<THyphens>& hyphens,
+                             std::span<const std::size_t> starts) {
+  std::vector<TBreak> breaks(hyphens.size());
+  for (const std::size_t start : starts) breaks[start].Line = true;
+  for (std::size_t n = hyphens.size(); n-- > 0;) {
+    const std::string& text = hyphens[n].Text;
+    breaks[n].Word = n == 0 || text.front() == ' ' || hyphens[n - 1].Text.back() == ' ';
+    breaks[n].Length = CharactersOf(text);
+    if (n + 1 < hyphens.size() && !breaks[n + 1].Line && !breaks[n + 1].Word)
+      breaks[n].Length += breaks[n + 1].Length;
+  }
+  return breaks;
+}
+
+}  // namespace
+
+/// A line ends at its mark, or where the next word would make it too long.
 void TLyricLines::BuildLines() {
-  auto start = lineStarts.begin();
+  const std::vector<TBreak> breaks = BreaksOf(HyphenArray, lineStarts);
   std::size_t length = 0;
-  bool behindBlank = false;
   for (std::size_t n = 0; n < HyphenArray.size(); ++n) {
     const std::string& text = HyphenArray[n].Text;
-    const bool marked = start != lineStarts.end() && *start == n;
-    if (marked) ++start;
-    const bool isWord = behindBlank || text.front() == ' ';
-    if (marked || (isWord && length + CharactersOf(text) > LongestLine)) {
+    const bool tooLong = breaks[n].Word && length > 0 && length + breaks[n].Length > LongestLine;
+    if (breaks[n].Line || tooLong) {
       Lines.push_back({.Text = {}, .FirstHyphen = n, .Syllables = {}, .Chords = {}, .ShownFrom = 0});
       length = 0;
     }
@@ -185,7 +207,6 @@ void TLyricLines::BuildLines() {
     line.Syllables.push_back({line.Text.size(), text.size() - skip});
     line.Text += text.substr(skip);
     length += CharactersOf(text);
-    behindBlank = text.back() == ' ';
   }
 }
 
