@@ -14,6 +14,9 @@ namespace {
 constexpr int LeastShownRoutes = 8;
 constexpr int MenuRoutes = 16;  ///< what the menu of a channel can offer
 
+constexpr std::string_view MainInstrumentKey = "MidiInstrument00";
+constexpr std::string_view MainOutputKey = "MidiOutput00";
+
 std::string RouteKey(std::string_view name, std::size_t index) {
   const std::string number = std::to_string(index);
   return std::string(name) + (number.size() < 2 ? "0" : "") + number;
@@ -69,6 +72,8 @@ OptionsEdit::OptionsEdit(TOptionsInput input) : onEntry(std::move(input)), now(o
 std::string OptionsEdit::Value(std::string_view key) const {
   const TSettingsKey* row = FindSettingsKey(key);
   if (row == nullptr) return {};
+  if (row->Key == MainInstrumentKey) return now.Routes[0].Instrument;
+  if (row->Key == MainOutputKey) return now.Routes[0].OutputName;
   if (row->Key == "Lang") return IsGerman(now.Desk, GermanLanguage ? "de" : "en") ? "de" : "en";
   return SettingText(*row, now.SongOptions, now.Desk);
 }
@@ -78,6 +83,14 @@ bool OptionsEdit::SetValue(std::string_view key, std::string_view text) {
   if (row == nullptr) return false;
   if (row->Key == "Lang" && text == Value(key))
     return true;  // the system's language need not be stored
+  if (row->Key == MainInstrumentKey) {
+    SetRouteInstrument(0, std::string(text));
+    return true;
+  }
+  if (row->Key == MainOutputKey) {
+    SetRouteOutput(0, std::string(text));
+    return true;
+  }
   return SetSetting(*row, text, now.SongOptions, now.Desk);
 }
 

@@ -40,9 +40,18 @@ enum class TOptionControl : std::uint8_t {
   Radio,     ///< one of few, told apart by round buttons
   Segments,  ///< one of few, in one frame
   Combo,
-  Font,    ///< a font family
-  Colour,  ///< 0xRRGGBB or -1
-  Input,   ///< a MIDI input
+  Font,            ///< a font family
+  Colour,          ///< 0xRRGGBB or -1
+  Input,           ///< a MIDI input
+  MainInstrument,  ///< instrument of route 0
+  MainOutput,      ///< output of route 0
+};
+
+/// Where an option stands among those of its group.
+enum class TOptionPlace : std::uint8_t {
+  Usual,   ///< a check in one of two columns, anything else in a row
+  Alone,   ///< a check in a row of its own
+  Joined,  ///< in the row of the option in front of it, without a caption
 };
 
 /// What must be built before an option has an effect.
@@ -65,6 +74,7 @@ struct TOptionField {
   std::string_view Needs = {};  ///< key of the flag without which the option does nothing
   std::span<const TOptionItem> Items = {};
   std::string_view Unit = {};
+  TOptionPlace Place = TOptionPlace::Usual;
 };
 
 struct TOptionGroupInfo {
