@@ -61,7 +61,7 @@ bool TSoundBrowser::Open(int newChannel) {
   set = found;
   instrument = Route().Instrument;
   banks = TBrowserBanks(*set);
-  withDSP = ReadBrowserSettings(p.settings, instrument).Patches_WithDSPs;
+  withDSP = Settings().Patches_WithDSPs;
   heard = portFailed = false;
   TakeOldVoice();
   if (Hooks.Opened) Hooks.Opened();
@@ -273,9 +273,14 @@ void TSoundBrowser::SetPatchesWithDSP(bool on) {
   if (IsOpen()) p.settings.WriteBool(instrument, "Patches_WithDSPs", on);
 }
 
-bool TSoundBrowser::SortSounds() const {
-  return IsOpen() && ReadBrowserSettings(p.settings, instrument).SortSounds;
+void TSoundBrowser::StorePlace(int left, int top, int height) {
+  if (instrument.empty()) return;
+  p.settings.WriteInteger(instrument, "PatchesFormLeft", left);
+  p.settings.WriteInteger(instrument, "PatchesFormTop", top);
+  p.settings.WriteInteger(instrument, "PatchesFormHeight", height);
 }
+
+bool TSoundBrowser::SortSounds() const { return IsOpen() && Settings().SortSounds; }
 
 void TSoundBrowser::PM_SortSoundsClick() {
   if (IsOpen()) SetSortSounds(p.settings, p.messages, instrument, !SortSounds());

@@ -113,6 +113,9 @@ class TSoundBrowser {
   [[nodiscard]] std::vector<int> ShownBanks() const;
   /// The sound that is selected; not set if the tables do not know the channel's.
   [[nodiscard]] const TSoundPlace& Selected() const noexcept { return selected; }
+  /// Where old and new voice stand; the new one is not set before a choice.
+  [[nodiscard]] const TSoundPlace& OldPlace() const noexcept { return oldPlace; }
+  [[nodiscard]] const TSoundPlace& NewPlace() const noexcept { return newPlace; }
   /// The effect that a sound brings: its name, "Off", or nothing if the list does not tell.
   [[nodiscard]] std::string EffectText(int bank, const TPatch& row) const;
   /// True if a list of the instrument tells effects.
@@ -123,6 +126,13 @@ class TSoundBrowser {
   [[nodiscard]] bool HearsNew() const noexcept { return hearsNew; }
   /// The three numbers that are chosen now; -1 where the song has none.
   [[nodiscard]] const TAddress& Address() const noexcept { return address; }
+
+  /// What is remembered for the instrument.
+  [[nodiscard]] TBrowserSettings Settings() const {
+    return ReadBrowserSettings(p.settings, instrument);
+  }
+  /// Remembers where the window stood, and its height (pixels).
+  void StorePlace(int left, int top, int height);
 
   // --- Choosing
 

@@ -9,11 +9,9 @@
 #include "core/Ports.h"
 #include "core/Settings.h"
 #include "desk/SoundBrowserBanks.h"
+#include "desk/WindowPlaces.h"
 
 namespace Sonarello {
-
-/// Place of a browser that has not been placed yet.
-inline constexpr int NotPlaced = -9999;
 
 /// What a browser remembers, in the section of its instrument's name.
 struct TBrowserSettings {
