@@ -14,10 +14,11 @@
 namespace Sonarello {
 
 void TMainForm::BuildWindows() {
-  optionsForm = std::make_unique<TOptionsForm>();
+  optionsForm = std::make_unique<TOptionsForm>(p.store, this);
+  connect(optionsForm.get(), &TOptionsForm::OptionsChanged, this, &TMainForm::ApplyOptions);
   revoicerForm = std::make_unique<TAutoRevoicerForm>();
   patchesForm = std::make_unique<TPatchesForm>();
-  browserForm = std::make_unique<TSoundBrowserForm>();
+  browserForm = std::make_unique<TSoundBrowserForm>(p.work.browser);
   keysForm = std::make_unique<TVirtualKeysForm>(p.work.desk.keys);
   velocityEditor = std::make_unique<VelocityEditor>(p.work.desk.strips.Velocities, this);
   connect(velocityEditor.get(), &VelocityEditor::rangeChanged, this,
