@@ -134,7 +134,7 @@ std::string Shortened(std::string_view text, std::size_t characters) {
   return std::string(text.substr(0, end)) + "…";
 }
 
-std::string SmallLetters(std::string_view text) {
+std::string CaseFolded(std::string_view text) {
   std::string small;
   small.reserve(text.size());
   while (!text.empty()) {

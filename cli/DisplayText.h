@@ -26,7 +26,7 @@ namespace Sonarello {
 
 /// The UTF-8 text with the capitals of Latin script (up to U+017F) as small letters, for comparisons in
 /// any case.
-[[nodiscard]] std::string SmallLetters(std::string_view text);
+[[nodiscard]] std::string CaseFolded(std::string_view text);
 
 /// Columns that a UTF-8 text takes, one per character.
 [[nodiscard]] std::size_t TextWidth(std::string_view text);

@@ -101,8 +101,8 @@ std::string NotesJson(const TKit& kit) {
 
 /// The kits that a typed name means: those with this name, else all that hold it, in any case.
 std::vector<TKit> KitsNamed(std::vector<TKit> kits, const std::string& text) {
-  const std::string wanted = SmallLetters(DecodeText(text));
-  const auto nameOf = [](const TKit& kit) { return SmallLetters(DecodeText(kit.Name())); };
+  const std::string wanted = CaseFolded(DecodeText(text));
+  const auto nameOf = [](const TKit& kit) { return CaseFolded(DecodeText(kit.Name())); };
   std::erase_if(kits, [&](const TKit& kit) { return nameOf(kit).find(wanted) == std::string::npos; });
   if (std::ranges::find(kits, wanted, nameOf) != kits.end())
     std::erase_if(kits, [&](const TKit& kit) { return nameOf(kit) != wanted; });

@@ -39,7 +39,7 @@ bool PlaybackDesk::LoadSynthesizer(std::vector<std::string>& complaints) {
 bool PlaybackDesk::ChoosePort(const std::vector<std::string>& names,
                               std::vector<std::string>& complaints) {
   const auto holds = [&](const std::string& name) {
-    return SmallLetters(name).find(SmallLetters(arguments.Port)) != std::string::npos;
+    return CaseFolded(name).find(CaseFolded(arguments.Port)) != std::string::npos;
   };
   auto name = std::ranges::find(names, arguments.Port);
   if (name == names.end()) name = std::ranges::find_if(names, holds);

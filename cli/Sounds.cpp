@@ -13,10 +13,10 @@ namespace {
 
 /// The lists that a typed name means: the one with this name, else all that hold it, in any case.
 std::vector<const TSoundList*> ListsNamed(const SoundSet& set, const std::string& text) {
-  const std::string wanted = SmallLetters(DecodeText(text));
+  const std::string wanted = CaseFolded(DecodeText(text));
   std::vector<const TSoundList*> found;
   for (const TSoundList& list : set.Lists()) {
-    const std::string name = SmallLetters(list.Spec->Name);
+    const std::string name = CaseFolded(list.Spec->Name);
     const ListPart part = PartOf(list.Spec->Scope);
     if (part == ListPart::Effects || part == ListPart::Categories) continue;
     if (name == wanted) return {&list};
@@ -78,10 +78,10 @@ int SoundsCommand(const Arguments& arguments, const Setup& setup, Console& conso
                   " (" + ListNames(*set) + ")");
       return WrongUsage;
     }
-    const std::string wanted = SmallLetters(DecodeText(arguments.Search));
+    const std::string wanted = CaseFolded(DecodeText(arguments.Search));
     std::erase_if(rows, [&](const TListRow& row) {
       return std::ranges::find(lists, row.List) == lists.end() ||
-             SmallLetters(DecodeText(row.Row->Name)).find(wanted) == std::string::npos;
+             CaseFolded(DecodeText(row.Row->Name)).find(wanted) == std::string::npos;
     });
   }
   console.Out(arguments.Json ? RowsJson(rows) : RowsText(rows));
