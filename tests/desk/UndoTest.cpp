@@ -8,6 +8,7 @@
 
 #include "core/MidiFileWriter.h"
 #include "core/TimeMap.h"
+#include "helpers/PlayerBench.h"
 #include "helpers/SongBuilder.h"
 #include "playback/LiveTempo.h"
 
@@ -567,6 +568,42 @@ TEST(Undo, ATempoBehindTheFirstTrackCountsAsItDidBefore) {
   b.undo.BeginRangeCommand(TUndoKind::CopyRange, "x");
   ASSERT_TRUE(b.undo.Undo());
   EXPECT_EQ(b.Picture(), picture);
+}
+
+TEST(Undo, ThePlayerPlaysTheSongThatCameBack) {
+  PlayerBench b;
+  b.NewTrack().Tempo(0, 480000).NewTrack().Ctrl(5, 0, 8).Ctrl(6, 32, 1);
+  b.Put(NewChannelEvent(b.song.Pool, 0xC0, 4, 0, 7)).Ctrl(8, 7, 100);
+  for (int n = 0; n < 10; ++n)
+    b.On(100 + n * 100, 60 + n).Ctrl(120 + n * 100, 7, n).Off(150 + n * 100, 60 + n);
+  b.Ready();
+  TUndo undo(b.song, b.functions, b.messages, b.gate);
+  undo.Hooks.IsPlaying = [&] { return b.player.State == TMidiPlayerState::stPlaying; };
+  undo.Hooks.StopButtonClick = [&] { b.player.Stop(); };
+  undo.Hooks.MoveToStart = [&] { b.player.MoveToTimePosition(0); };
+  b.Start();
+  b.Elapse(1200);
+  const std::vector<std::string> played = b.Log();
+  ASSERT_GT(played.size(), 20U);
+  b.player.Stop();
+  b.player.Stop();
+  for (const int until : {6, 333, 1005}) {
+    SCOPED_TRACE(until);
+    undo.BeginRangeCommand(TUndoKind::DeleteRange, "x");
+    Remove(b.song, b.Track(1), b.Event(1, 9));
+    Remove(b.song, b.Track(1), b.Event(1, 5));
+    b.Start();
+    b.Elapse(until);
+    ASSERT_TRUE(undo.Undo());
+    EXPECT_EQ(b.player.State, TMidiPlayerState::stStopped);
+    EXPECT_EQ(b.player.TimePosition, 0);
+    EXPECT_THAT(CheckSong(b.song), IsEmpty());
+    b.Start();
+    b.Elapse(1200);
+    EXPECT_EQ(b.Log(), played);
+    b.player.Stop();
+    b.player.Stop();
+  }
 }
 
 }  // namespace
