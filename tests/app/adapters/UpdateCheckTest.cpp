@@ -185,7 +185,8 @@ TEST(UpdateCheck, RedirectionsInACircleOrOutOfTheWebFail) {
   WebServer web;
   web.Answer("302 Found", "", "Location: /versions\r\n");
   EXPECT_EQ(Outcome(web.Address()), TUpdateOutcome::Failed);
-  EXPECT_LE(web.Requests.size(), 2 + UpdateCheck::MostRedirects);
+  // Qt asks again by itself when a connection was just closed.
+  EXPECT_LE(web.Requests.size(), 3 * UpdateCheck::MostRedirects);
   web.Answer("302 Found", "", "Location: file:///etc/hostname\r\n");
   EXPECT_EQ(Outcome(web.Address()), TUpdateOutcome::Failed);
 }
