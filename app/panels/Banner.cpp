@@ -18,9 +18,7 @@ constexpr double LineHeight = 32, Edge = 10, IconSize = 16, IconGap = 8;
 }  // namespace
 
 Banner::Banner(QWidget* parent) : Panel(parent) {
-  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  policy.setHeightForWidth(true);
-  setSizePolicy(policy);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setAccessibleName(QText("Hinweis", "Notice"));
   hide();
 }
@@ -31,7 +29,7 @@ void Banner::SetMessage(Severity severity, const QString& text) {
   SetTip(*this, {text_});
   setAccessibleName(text_);
   setVisible(!text_.isEmpty());
-  updateGeometry();
+  Arrange();
   update();
   if (text_.isEmpty()) return;
   QAccessibleEvent alert(this, QAccessible::Alert);
@@ -40,6 +38,11 @@ void Banner::SetMessage(Severity severity, const QString& text) {
 
 QSize Banner::sizeHint() const { return {metrics().px(400), heightForWidth(width())}; }
 QSize Banner::minimumSizeHint() const { return {metrics().px(200), metrics().px(LineHeight)}; }
+
+void Banner::Arrange() {
+  const int height = heightForWidth(width());
+  if (height != minimumHeight()) setFixedHeight(height);
+}
 
 QRect Banner::TextRect(const QSize& size) const {
   const Metrics& m = metrics();

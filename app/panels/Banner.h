@@ -18,12 +18,12 @@ class Banner : public Panel {
   [[nodiscard]] const QString& text() const { return text_; }
   [[nodiscard]] Severity severity() const { return severity_; }
 
-  [[nodiscard]] bool hasHeightForWidth() const override { return true; }
   [[nodiscard]] int heightForWidth(int width) const override;
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
 
  protected:
+  void Arrange() override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

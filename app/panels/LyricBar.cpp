@@ -15,6 +15,21 @@ namespace {
 
 constexpr double Padding = 16, ChordBlock = 124, NextGap = 12;
 constexpr std::size_t ComingChords = 8;
+constexpr double LeastChordSize = 11;
+
+double WidthOf(const QFont& font, const QString& text) {
+  return QFontMetricsF(font).horizontalAdvance(text);
+}
+
+/// The font, made smaller if the text is wider than its room: a long chord such as Bbm7b5/Ab is written
+/// smaller rather than cut.
+QFont Fitted(QFont font, const QString& text, double room) {
+  const double width = WidthOf(font, text);
+  if (width <= room) return font;
+  const int size = static_cast<int>(font.pixelSize() * std::max(room, 0.0) / width);
+  font.setPixelSize(std::max(size, metrics().px(LeastChordSize)));
+  return font;
+}
 
 }  // namespace
 
@@ -131,34 +146,30 @@ QSize LyricBar::minimumSizeHint() const { return {metrics().px(400), Px(56, 82)}
 void LyricBar::PaintChordBlock(QPainter& painter) const {
   const Metrics& m = metrics();
   const Role role = compact() ? Role::ChordCompact : Role::Chord;
-  const int chordHeight = m.lineHeight(role), caption = compact() ? 0 : m.lineHeight(Role::Caption);
+  const int tall = m.lineHeight(role), caption = compact() ? 0 : m.lineHeight(Role::Caption);
   const double left = m.px(Padding) + m.hair(), room = m.px(ChordBlock) - m.px(8);
-  const double top = (height() - chordHeight - caption) / 2.0;
-  QFont font = m.font(role);
-  const QFont& nextFont = m.font(Role::NextChord);
+  const double top = (height() - tall - caption) / 2.0;
   const QString next = view_.nextChord.isEmpty() ? QString() : QStringLiteral("› ") + view_.nextChord;
-  const double nextWidth = next.isEmpty() ? 0 : QFontMetricsF(nextFont).horizontalAdvance(next);
-  const double gap = next.isEmpty() ? 0 : m.f(NextGap);
-  double width = QFontMetricsF(font).horizontalAdvance(view_.chord);
-  // A long chord such as Bbm7b5/Ab is written smaller rather than cut.
-  if (width + gap + nextWidth > room && width > 0) {
-    const double share = std::max((room - gap - nextWidth) / width, 0.35);
-    font.setPixelSize(std::max(static_cast<int>(font.pixelSize() * share), m.px(11)));
-    width = QFontMetricsF(font).horizontalAdvance(view_.chord);
-  }
-  const QRectF line(left, top, width + 1, chordHeight);
+  const double gap = next.isEmpty() || view_.chord.isEmpty() ? 0 : m.f(NextGap);
+  const double wanted =
+      WidthOf(m.font(role), view_.chord) + gap + WidthOf(m.font(Role::NextChord), next);
+  const bool fits = wanted <= room;
+  const QFont nextFont =
+      fits ? m.font(Role::NextChord) : Fitted(m.font(Role::NextChord), next, room / 2);
+  const double nextRoom = fits ? WidthOf(nextFont, next) : std::min(WidthOf(nextFont, next), room / 2);
+  const QFont font = Fitted(m.font(role), view_.chord, room - gap - nextRoom);
+  const double width = WidthOf(font, view_.chord);
+  const double rest = std::min(nextRoom + 0.5, room - width - gap);
   painter.setFont(font);
   painter.setPen(th().warn);
-  painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, view_.chord);
+  painter.drawText(QRectF(left, top, width + 1, tall), Qt::AlignLeft | Qt::AlignVCenter, view_.chord);
   painter.setFont(nextFont);
   painter.setPen(th().tx3);
-  const double nextLeft = left + (view_.chord.isEmpty() ? 0 : width + gap);
-  const double nextRoom = left + m.px(ChordBlock) - m.px(4) - nextLeft;
-  painter.drawText(QRectF(nextLeft, top + m.f(3), nextRoom + 1, chordHeight),
-                   Qt::AlignLeft | Qt::AlignVCenter, Elided(nextFont, next, nextRoom));
+  painter.drawText(QRectF(left + width + gap, top + m.f(3), nextRoom + 1, tall),
+                   Qt::AlignLeft | Qt::AlignVCenter, Elided(nextFont, next, rest));
   if (!compact()) {
     painter.setFont(m.font(Role::Caption));
-    painter.drawText(QRectF(left, top + chordHeight, room, caption), Qt::AlignLeft | Qt::AlignVCenter,
+    painter.drawText(QRectF(left, top + tall, room, caption), Qt::AlignLeft | Qt::AlignVCenter,
                      QText("Akkord", "Chord"));
   }
   const int x = m.px(Padding) + m.px(ChordBlock), inset = m.px(7);

@@ -27,6 +27,7 @@ TransportPanel::TransportPanel(QWidget* parent) : Panel(parent), TransportTimer(
 }
 
 void TransportPanel::Connect() {
+  buttons_[Rewind]->installEventFilter(this);
   connect(buttons_[Rewind], &PanelButton::pressed, this, &TransportPanel::RewindPressed);
   connect(buttons_[Rewind], &PanelButton::released, this, &TransportPanel::RewindReleased);
   connect(buttons_[Rewind], &PanelButton::clicked, this, [this] {
@@ -99,16 +100,28 @@ QSize TransportPanel::sizeHint() const {
   return {2 * edge + Buttons * Px(44, 48) + (Buttons - 1) * metrics().px(6), Px(62, 72)};
 }
 
+/// A pointer that strays from the button and comes back while it is held presses the button anew; that
+/// is still the same hold.
+bool TransportPanel::eventFilter(QObject* object, QEvent* event) {
+  if (object == buttons_[Rewind] && event->type() == QEvent::MouseButtonPress) {
+    mouseHeld_ = true;
+    wound_ = false;
+  } else if (object == buttons_[Rewind] && event->type() == QEvent::MouseButtonRelease) {
+    mouseHeld_ = false;
+  }
+  return Panel::eventFilter(object, event);
+}
+
 void TransportPanel::RewindPressed() {
-  wound_ = false;
+  if (!mouseHeld_) wound_ = false;
   TransportTimer->start(WindDelay);
 }
 
 void TransportPanel::TransportTimerTimer() {
   // A button let go outside of itself says nothing.
   if (!buttons_[Rewind]->isDown()) return RewindReleased();
-  if (!wound_) {
-    wound_ = true;
+  if (!winding_) {
+    winding_ = wound_ = true;
     TransportTimer->start(WindInterval);
     Q_EMIT windBackBegan();
   }
@@ -118,7 +131,9 @@ void TransportPanel::TransportTimerTimer() {
 void TransportPanel::RewindReleased() {
   if (!TransportTimer->isActive()) return;
   TransportTimer->stop();
-  if (wound_) Q_EMIT windBackEnded();
+  if (!winding_) return;
+  winding_ = false;
+  Q_EMIT windBackEnded();
 }
 
 }  // namespace Sonarello

@@ -52,6 +52,7 @@ class TransportPanel : public Panel {
  protected:
   void Arrange() override;
   void Refresh() override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   enum Button { Rewind, Play, Stop, Record, Loop, Buttons };
@@ -64,7 +65,9 @@ class TransportPanel : public Panel {
   TransportView view_;
   std::array<PanelButton*, Buttons> buttons_{};
   QTimer* TransportTimer;
-  bool wound_ = false;  ///< the press that lasts, or the last one, has wound: its click is none
+  bool winding_ = false;
+  bool mouseHeld_ = false;
+  bool wound_ = false;  ///< the hold that lasts, or the last one, has wound: its click is none
 };
 
 }  // namespace Sonarello

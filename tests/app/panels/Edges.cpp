@@ -110,6 +110,12 @@ TEST(Banner, StandsAsLongAsItsTextAndTakesTheLinesItNeeds) {
   EXPECT_EQ(banner.accessibleName(), banner.text());
   EXPECT_EQ(banner.heightForWidth(1200), 32);
   EXPECT_GT(banner.heightForWidth(150), 32);
+  banner.resize(150, 32);
+  ShowForTest(banner);
+  EXPECT_EQ(banner.height(), banner.heightForWidth(150));
+  banner.resize(1200, banner.height());
+  QCoreApplication::processEvents();
+  EXPECT_EQ(banner.height(), 32);
   banner.SetMessage(Severity::Warning, {});
   EXPECT_TRUE(banner.isHidden());
 }

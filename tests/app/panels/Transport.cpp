@@ -65,6 +65,30 @@ TEST(TransportPanel, RewindIsNotMeantByAPressThatLeavesTheButton) {
   EXPECT_FALSE(RunOut(panel));
 }
 
+TEST(TransportPanel, AHoldThatStraysAndComesBackDoesNotRewind) {
+  TransportPanel panel;
+  panel.SetView(Song());
+  auto* rewind = ButtonOf(panel, "Rewind");
+  const QSignalSpy rewound(&panel, &TransportPanel::rewindClicked);
+  const QSignalSpy began(&panel, &TransportPanel::windBackBegan);
+  const QSignalSpy ended(&panel, &TransportPanel::windBackEnded);
+  const auto move = [&](const QPointF& at) {
+    QMouseEvent event(QEvent::MouseMove, at, rewind->mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QCoreApplication::sendEvent(rewind, &event);
+  };
+  QTest::mousePress(rewind, Qt::LeftButton);
+  RunOut(panel);
+  move({-20, -20});
+  EXPECT_EQ(ended.count(), 1);
+  move({20, 20});
+  QTest::mouseRelease(rewind, Qt::LeftButton);
+  EXPECT_EQ(rewound.count(), 0);
+  EXPECT_EQ(began.count(), ended.count());
+  QTest::keyClick(rewind, Qt::Key_Return);
+  EXPECT_EQ(rewound.count(), 1);
+}
+
 TEST(TransportPanel, WindingEndsWhenTheSongGoes) {
   TransportPanel panel;
   panel.SetView(Song());
