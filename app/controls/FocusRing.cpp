@@ -32,6 +32,10 @@ QWidget* FocusRing::ringed() const {
 }
 
 bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType()) {
+    last = nullptr;
+    hide();
+  }
   if (event->type() != QEvent::FocusIn && event->type() != QEvent::FocusOut) return false;
   auto* widget = qobject_cast<QWidget*>(watched);
   if (widget == nullptr) return false;
@@ -49,12 +53,19 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-void FocusRing::Update(QWidget* focused) {
-  auto* ring =
-      QCoreApplication::instance()->findChild<FocusRing*>(QString(), Qt::FindDirectChildrenOnly);
+FocusRing* FocusRing::Installed() {
+  return QCoreApplication::instance()->findChild<FocusRing*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+void FocusRing::Show(QWidget* focused) {
+  FocusRing* ring = Installed();
   if (ring == nullptr || !focused->hasFocus()) return;
   ring->last = focused;
   ring->show(focused);
+}
+
+void FocusRing::Follow(QWidget* focused) {
+  if (const FocusRing* ring = Installed(); ring != nullptr && ring->last == focused) Show(focused);
 }
 
 void FocusRing::show(QWidget* focused) {

@@ -10,8 +10,8 @@ class QWidget;
 namespace Sonarello {
 
 /// Watches an application's focus and keeps one ring around the widget that came by it through Tab or a
-/// shortcut. Buttons and the controls of this folder that ask for it have a ring; fields and lists show
-/// their focus themselves.
+/// shortcut, until the mouse is used. Buttons and the controls of this folder that ask for it have a
+/// ring; fields and lists show their focus themselves.
 class FocusRing : public QObject {
   Q_OBJECT
 
@@ -20,14 +20,16 @@ class FocusRing : public QObject {
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
-  /// Shows the ring for the widget in focus although it came by the mouse, or moves it to the part that
-  /// is in use now; for widgets that take keys.
-  static void Update(QWidget* focused);
+  /// Shows the ring for the widget in focus although it came by the mouse; for widgets that take keys.
+  static void Show(QWidget* focused);
+  /// Moves the ring, if it is shown, to the part of the focused widget that is in use now.
+  static void Follow(QWidget* focused);
 
   /// The widget with the ring, if any.
   [[nodiscard]] QWidget* ringed() const;
 
  private:
+  static FocusRing* Installed();
   void show(QWidget* focused);
   void hide();
 

@@ -23,7 +23,7 @@ LevelMeter::LevelMeter(QWidget* parent) : Control(parent) {
 
 int LevelMeter::segments() const {
   const Metrics& m = metrics();
-  return std::max((height() - 2 * m.px(margin)) / m.px(pitch), 0);
+  return std::max((height() - m.px(2 * margin)) / m.px(pitch), 0);
 }
 
 int LevelMeter::litAt(int level) const {

@@ -8,7 +8,7 @@
 namespace Sonarello {
 namespace {
 
-constexpr double textSide = 4, notelessStrength = 0.34, notelessText = 0.6;
+constexpr double textSide = 3, notelessStrength = 0.34, notelessText = 0.6;
 
 }  // namespace
 

@@ -91,7 +91,7 @@ void StripBank::setView(int channel, const StripView& view) {
   if (!view.Active || channel == currentChannel) return;
   currentChannel = channel;
   if (!hasFocus()) return;
-  FocusRing::Update(this);
+  FocusRing::Follow(this);
   QAccessibleEvent now(&strip(channel).volume(), QAccessible::Focus);
   QAccessible::updateAccessibility(&now);
 }
@@ -111,7 +111,7 @@ bool StripBank::event(QEvent* event) {
 void StripBank::keyPressEvent(QKeyEvent* event) {
   const bool taken = strip(currentChannel).view().Song && IsOwn(*event) && press(*event);
   if (taken)
-    FocusRing::Update(this);
+    FocusRing::Show(this);
   else
     event->ignore();
 }

@@ -20,13 +20,14 @@ int PlateHeight(bool compact) { return metrics().px(compact ? 45 : 46); }
 
 StripPlan StripPlan::Of(const QSize& strip, bool compact) {
   const Metrics& m = metrics();
-  const int gap = Gap(compact), left = m.px(sidePadding), width = strip.width() - 2 * left;
+  const int border = m.hair(), gap = Gap(compact);
+  const int left = border + m.px(sidePadding), width = strip.width() - 2 * left;
   StripPlan plan;
-  plan.head = QRect(0, 0, strip.width(), m.px(headHeight));
+  plan.head = QRect(border, border, strip.width() - 2 * border, m.px(headHeight));
   plan.plate = QRect(left, plan.head.bottom() + 1 + gap, width, PlateHeight(compact));
   plan.leds = QRect(left, plan.plate.bottom() + 1 + gap, width, m.px(ledHeight));
   const int stepper = m.px(stepperHeight);
-  plan.octave = QRect(left, strip.height() - gap - stepper, width, stepper);
+  plan.octave = QRect(left, strip.height() - border - gap - stepper, width, stepper);
   plan.velocity = plan.octave.translated(0, -gap - stepper);
   plan.value = QRect(left, plan.velocity.top() - gap - m.px(valueHeight), width, m.px(valueHeight));
   const int top = plan.leds.bottom() + 1 + gap;
@@ -36,7 +37,7 @@ StripPlan StripPlan::Of(const QSize& strip, bool compact) {
 
 int StripPlan::LeastHeight(bool compact) {
   const Metrics& m = metrics();
-  return m.px(headHeight) + PlateHeight(compact) + m.px(ledHeight) + m.px(leastFader) +
+  return 2 * m.hair() + m.px(headHeight) + PlateHeight(compact) + m.px(ledHeight) + m.px(leastFader) +
          m.px(valueHeight) + 2 * m.px(stepperHeight) + 7 * Gap(compact);
 }
 

@@ -133,18 +133,20 @@ void TCustomTrackBar::paintParts(QPainter& painter) const {
     painter.drawText(QPointF(right, y(position) + m.px(4)), figure);
   }
   PaintFaderSlot(painter, plan);
+  const QColor own = shownLook == Look::Active ? t.acc : shownLook == Look::Drum ? t.drum : QColor();
   const bool muted = shownDim == Dim::Muted;
-  const QColor own = muted                       ? t.dis
-                     : shownLook == Look::Active ? t.acc
-                     : shownLook == Look::Drum   ? t.drum
-                                                 : QColor();
   const double fill = m.px(fillWidth), from = y(shownPosition);
   PaintBox(painter, QRectF(plan.x - fill / 2, from, fill, plan.bottom + m.px(fillOver) - from),
-           fill / 2, own.isValid() ? own : t.tx3, QColor());
+           fill / 2,
+           muted           ? t.dis
+           : own.isValid() ? own
+                           : t.tx3,
+           QColor());
   const CapState state = hold == Hold::Cap ? CapState::Pressed
                          : capHovered      ? CapState::Hovered
                                            : CapState::Normal;
-  PaintCap(painter, plan.cap(double(shownPosition) / Highest), own.isValid() ? own : t.capline, state);
+  PaintCap(painter, plan.cap(double(shownPosition) / Highest),
+           own.isValid() && !muted ? own : t.capline, state);
 }
 
 void TCustomTrackBar::mousePressEvent(QMouseEvent* event) {

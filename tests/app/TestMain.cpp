@@ -1,6 +1,8 @@
 // The main of every test program in tests/app/.
 #include <gtest/gtest.h>
 
+#include <QCursor>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 #include <cstdlib>
@@ -51,6 +53,8 @@ Expecting::Expecting(const QString& part) { ExpectedWarning() = part; }
 Expecting::~Expecting() { ExpectedWarning().clear(); }
 
 void ShowForTest(QWidget& widget) {
+  // The pointer must not hover over what a test looks at.
+  QCursor::setPos(QGuiApplication::primaryScreen()->geometry().bottomRight());
   widget.show();
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
   QCoreApplication::processEvents();
