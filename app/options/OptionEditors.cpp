@@ -193,7 +193,10 @@ OptionRow MakeOptionRow(const TOptionField& field, QWidget* parent, OptionSet se
   if (field.Control == TOptionControl::Check) return row;
   const QString name = QText(field.German, field.English);
   row.Editor->setAccessibleName(name);
-  if (field.Place != TOptionPlace::Joined) row.Caption = new QLabel(name, parent);
+  if (field.Place != TOptionPlace::Joined) {
+    row.Caption = new QLabel(name, parent);
+    row.Caption->setBuddy(row.Editor);
+  }
   if (!field.Unit.empty()) row.Unit = new QLabel(ToQt(field.Unit), parent);
   return row;
 }

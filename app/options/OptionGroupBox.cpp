@@ -12,7 +12,7 @@ namespace Sonarello {
 namespace {
 
 // Pixels at 100 %.
-constexpr double Side = 16;
+constexpr double Side = 17;  // with the border
 constexpr double FirstTop = 45;
 constexpr double FieldHeight = 28;
 constexpr double CheckHeight = 20;
@@ -127,6 +127,15 @@ void OptionGroupBox::PlaceCheck(const OptionRow& row, Pen& pen, bool place) cons
   }
 }
 
+int OptionGroupBox::WidthOfJoined(const OptionRow& row) const {
+  int width = 0;
+  for (const OptionRow* next = &row + 1; next != rows.data() + rows.size(); ++next) {
+    if (next->Field->Place != TOptionPlace::Joined) break;
+    width += Px(JoinGap) + Px(next->Width);
+  }
+  return width;
+}
+
 void OptionGroupBox::PlaceField(const OptionRow& row, Pen& pen, bool place) const {
   const bool joined = row.Field->Place == TOptionPlace::Joined;
   if (!joined) {
@@ -137,14 +146,14 @@ void OptionGroupBox::PlaceField(const OptionRow& row, Pen& pen, bool place) cons
     pen.afterCheck = false;
   }
   const int width = row.Width > 0 ? Px(row.Width) : row.Editor->sizeHint().width();
-  const int room = Px(Side) + pen.inner - pen.joinLeft;
+  const int room = Px(Side) + pen.inner - pen.joinLeft - WidthOfJoined(row);
   if (place) {
-    if (QLayout* inside = row.Editor->layout()) inside->setSpacing(Px(20));
+    if (QLayout* inside = row.Editor->layout()) inside->setSpacing(Px(16));
     row.Editor->setGeometry(pen.joinLeft, pen.joinTop, std::min(width, room), Px(FieldHeight));
     if (row.Caption != nullptr)
       row.Caption->setGeometry(Px(Side), pen.joinTop, Px(CaptionWidth), Px(FieldHeight));
   }
-  pen.joinLeft += width + Px(JoinGap);
+  pen.joinLeft += std::min(width, room) + Px(JoinGap);
   if (row.Unit == nullptr) return;
   const int unit = row.Unit->sizeHint().width();
   if (place) row.Unit->setGeometry(pen.joinLeft, pen.joinTop, unit, Px(FieldHeight));

@@ -35,6 +35,8 @@ class OptionGroupBox : public QWidget {
   int Arrange(int width, bool place);
   void PlaceCheck(const OptionRow& row, Pen& pen, bool place) const;
   void PlaceField(const OptionRow& row, Pen& pen, bool place) const;
+  /// Of the options that join the row of this one, with the gaps in front of them.
+  [[nodiscard]] int WidthOfJoined(const OptionRow& row) const;
   [[nodiscard]] bool InTwoColumns(int inner) const;
   void ApplyFonts();
 

@@ -87,6 +87,7 @@ TOptionsForm::TOptionsForm(ISettings& settings, QWidget* parent)
   pageList->setFrameShape(QFrame::NoFrame);
   pageList->setEditTriggers(QAbstractItemView::NoEditTriggers);
   pageList->setMouseTracking(true);
+  pageList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   hint->setWordWrap(true);
   hint->setObjectName(QStringLiteral("Hint"));
   MakePages();
@@ -279,8 +280,9 @@ void TOptionsForm::changeEvent(QEvent* event) {
   if (!AppearanceChanged(*event)) return;
   const double grown = double(metrics().percent) / scalePercent;
   scalePercent = metrics().percent;
+  const QSize now = size() * grown;
   ApplySizes();
-  resize(qRound(width() * grown), qRound(height() * grown));
+  resize(now);
 }
 
 }  // namespace Sonarello

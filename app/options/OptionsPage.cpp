@@ -2,9 +2,9 @@
 
 #include <QEvent>
 #include <QScrollBar>
+#include <QStyleOptionSlider>
 
-#include "app/controls/Metrics.h"
-#include "app/controls/Theme.h"
+#include "app/controls/Painting.h"
 
 namespace Sonarello {
 
@@ -12,10 +12,32 @@ namespace {
 
 constexpr double Margin = 12;
 
+/// A scroll bar whose lane is the page's ground.
+class PageBar : public QScrollBar {
+ public:
+  using QScrollBar::QScrollBar;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), th().bg0);
+    if (minimum() >= maximum()) return;
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    const QRectF handle =
+        style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
+    const double thin = metrics().f(7);
+    const QRectF shown((width() - thin) / 2, handle.top() + 2, thin, handle.height() - 4);
+    const QColor face = isSliderDown() ? th().tx3 : underMouse() ? th().edge : th().line2;
+    PaintBox(painter, shown, thin / 2, face, QColor());
+  }
+};
+
 }  // namespace
 
 OptionsPage::OptionsPage(QWidget* parent) : QScrollArea(parent) {
   setFrameShape(QFrame::NoFrame);
+  setVerticalScrollBar(new PageBar(Qt::Vertical, this));
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFocusPolicy(Qt::NoFocus);
   setWidget(new QWidget(this));

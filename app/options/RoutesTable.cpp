@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QEvent>
+#include <QGuiApplication>
 
 #include "app/controls/Icons.h"
 #include "app/controls/Painting.h"
@@ -12,13 +13,13 @@ namespace Sonarello {
 namespace {
 
 // Pixels at 100 %.
-constexpr double Side = 16;
+constexpr double Side = 17;  // with the border
 constexpr double TableTop = 43;
 constexpr double HeadHeight = 26;
 constexpr double RowHeight = 36;
 constexpr double NumberLeft = 9;
 constexpr double InstrumentLeft = 61;
-constexpr double RemoveWidth = 58;
+constexpr double RemoveWidth = 49;
 constexpr double ComboWidth = 250;
 constexpr double WarningGap = 9;
 constexpr double Bottom = 14;
@@ -47,7 +48,7 @@ void WarningLine::SetText(const QString& value) {
 int WarningLine::HeightFor(int width) const {
   const QFontMetrics font(metrics().font(Role::Body));
   const QRect room(0, 0, width - Px(46), 10000);
-  return font.boundingRect(room, Qt::TextWordWrap, text).height() + Px(18);
+  return font.boundingRect(room, Qt::TextWordWrap, text).height() + Px(16);
 }
 
 void WarningLine::paintEvent(QPaintEvent*) {
@@ -86,6 +87,9 @@ void RoutesTable::MakeRow() {
   row.Remove->setFocusPolicy(Qt::StrongFocus);
   row.Remove->setAccessibleName(RouteName(route) + QText(" entfernen", " remove"));
   row.Remove->setToolTip(row.Remove->accessibleName());
+  // A combo box goes by its text; what it is for comes behind.
+  for (QComboBox* combo : {row.Instrument, row.Output})
+    combo->setAccessibleDescription(combo->accessibleName());
   connect(row.Instrument, &QComboBox::activated, this,
           [this, route] { Q_EMIT InstrumentSet(route, Instrument(route)->currentText()); });
   connect(row.Output, &QComboBox::activated, this,
@@ -123,6 +127,11 @@ void RoutesTable::RefreshRow(const OptionsEdit& edit, int route) {
   if (!inUse && !open) return;
   FillCombo(*row.Instrument, InstrumentNames(), edit.Route(route).Instrument);
   FillCombo(*row.Output, edit.OutputChoices(route), edit.Route(route).OutputName);
+  QPalette ink = QGuiApplication::palette();
+  if (row.Instrument->currentIndex() < 0)
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::ButtonText})
+      ink.setColor(QPalette::All, role, th().tx3);
+  row.Instrument->setPalette(ink);
   row.Instrument->setToolTip(open ? row.Instrument->currentText() : why);
   row.Output->setToolTip(open ? row.Output->currentText() : why);
   for (QWidget* widget : {static_cast<QWidget*>(row.Instrument), static_cast<QWidget*>(row.Output),
