@@ -42,12 +42,16 @@ void Workplace::TellSound(int channel) {
 void Workplace::WireUndo() {
   undo.Hooks.IsPlaying = [this] { return desk.IsPlaying(); };
   undo.Hooks.StopButtonClick = [this] { desk.StopButtonClick(); };
-  undo.Hooks.MoveToStart = [this] { desk.Player().SongChanged(); };
+  // A second stop: cursors, first values and what was tracked follow the tracks that are back.
+  undo.Hooks.MoveToStart = [this] { desk.Player().Stop(); };
   undo.Hooks.TempoOffset = [this] { return desk.Player().TempoOffset.load(); };
   undo.Hooks.Transpose = [this] { desk.transpose.Transpose(); };
   undo.Hooks.ReadAndShowLyrics = [this] { lyrics.ReadAndShowLyrics(desk.song); };
   undo.Hooks.Changed = [this] { desk.Changed(); };
-  undo.Hooks.ResetLyrics = [this] { desk.Tell([](SongObserver& o) { o.SongChanged(); }); };
+  undo.Hooks.ResetLyrics = [this] {
+    desk.strips.Position.SignaturesChanged();
+    desk.Tell([](SongObserver& o) { o.SongChanged(); });
+  };
   undo.Hooks.MenuChanged = [this] {
     if (UndoChanged) UndoChanged();
   };
