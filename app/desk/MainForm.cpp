@@ -6,6 +6,7 @@
 
 #include "app/adapters/UpdateCheck.h"
 #include "app/controls/Metrics.h"
+#include "app/controls/StripBank.h"
 #include "app/controls/QtText.h"
 #include "app/controls/StripRow.h"
 #include "app/desk/DeskViews.h"
@@ -67,6 +68,7 @@ TMainForm::TMainForm(const TMainFormParts& parts) : p(parts), midiIn(parts.midi)
   StartTimers();
   SongChanged();
   RoutesChanged();
+  UpdateSwitches();
   AllFormsCreated = true;
 }
 
@@ -113,6 +115,7 @@ void TMainForm::Start(const std::string& autoload) {
     show();
   card->FocusOpen();
   windows->Restore();
+  activateWindow();
   SetupTimer.start();
   AutoloadTimer.start();
   AutoBackupTimer.start();
@@ -207,6 +210,12 @@ void TMainForm::SongChanged() {
   ShowPosition();
   ShowTransport();
   ShowKeyboardChannel();
+  UpdateSwitches();
+  // The keys of the strips work at once; without a song Return opens one.
+  if (loaded)
+    stripRow->bank().setFocus(Qt::OtherFocusReason);
+  else
+    card->FocusOpen();
 }
 
 void TMainForm::SoundChanged(int channel) {

@@ -114,6 +114,7 @@ void TMainForm::PlayClick() {
 void TMainForm::StopClick() {
   if (busy || !p.work.desk.song.MidiFileLoaded) return;
   p.work.desk.StopButtonClick();
+  stopped = true;
   ShowLevels(false);
   ShowTransport();
   ShowPosition();

@@ -18,8 +18,8 @@ void TMainForm::BuildWindows() {
   connect(optionsForm.get(), &TOptionsForm::OptionsChanged, this, &TMainForm::ApplyOptions);
   revoicerForm = std::make_unique<TAutoRevoicerForm>();
   patchesForm = std::make_unique<TPatchesForm>();
-  browserForm = std::make_unique<TSoundBrowserForm>(p.work.browser);
-  keysForm = std::make_unique<TVirtualKeysForm>(p.work.desk.keys);
+  browserForm = std::make_unique<TSoundBrowserForm>(p.work.browser, this);
+  keysForm = std::make_unique<TVirtualKeysForm>(p.work.desk.keys, this);
   velocityEditor = std::make_unique<VelocityEditor>(p.work.desk.strips.Velocities, this);
   connect(velocityEditor.get(), &VelocityEditor::rangeChanged, this,
           [this](int channel) { ShowStrip(channel); });

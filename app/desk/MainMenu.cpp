@@ -43,6 +43,8 @@ void MainMenu::AddEntry(QMenu& menu, const TMenuEntry& entry) {
   QAction* const action = menu.addAction(Caption(entry));
   action->setObjectName(ToQt(entry.Name));
   if (!entry.Shortcut.empty()) action->setShortcut(QKeySequence(ToQt(entry.Shortcut)));
+  // The tool windows have no menu; its keys work there as well.
+  action->setShortcutContext(Qt::ApplicationShortcut);
   QObject::connect(action, &QAction::triggered, action, [this, name = entry.Name] { told(name); });
   entries[entry.Name] = action;
 }
