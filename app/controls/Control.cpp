@@ -13,6 +13,16 @@ constexpr int announcePause = 250;  // ms
 constexpr int wheelNotch = 120;     // eighths of a degree, as Qt counts them
 
 bool reducedMotion = false;
+void (*announcerInstead)(QAccessibleEvent&) = nullptr;
+
+bool IsListenedTo() { return announcerInstead != nullptr || QAccessible::isActive(); }
+
+void Announce(QAccessibleEvent& event) {
+  if (announcerInstead != nullptr)
+    announcerInstead(event);
+  else
+    QAccessible::updateAccessibility(&event);
+}
 
 /// Tells what a control's Spoken says.
 class ControlInterface : public QAccessibleWidget, public QAccessibleValueInterface {
@@ -106,7 +116,7 @@ void Control::resizeEvent(QResizeEvent* event) {
 }
 
 void Control::sayValue() {
-  if (!announces || !QAccessible::isActive()) return;
+  if (!announces || !IsListenedTo()) return;
   if (pause == nullptr) {
     pause = new QTimer(this);
     pause->setSingleShot(true);
@@ -124,17 +134,19 @@ void Control::sendValue() {
   const auto value = spoken().value;
   if (!value) return;
   QAccessibleValueChangeEvent event(this, value->now);
-  QAccessible::updateAccessibility(&event);
+  Announce(event);
   pause->start(announcePause);
 }
 
 void Control::sayState() {
-  if (!QAccessible::isActive()) return;
+  if (!IsListenedTo()) return;
   QAccessible::State changed;
   changed.checked = true;
   QAccessibleStateChangeEvent event(this, changed);
-  QAccessible::updateAccessibility(&event);
+  Announce(event);
 }
+
+void SetAnnouncer(void (*announcer)(QAccessibleEvent& event)) { announcerInstead = announcer; }
 
 void InstallControlAccessibility() { QAccessible::installFactory(MakeInterface); }
 

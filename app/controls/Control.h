@@ -63,6 +63,10 @@ class Control : public QWidget {
   bool waiting = false;
 };
 
+/// Takes what the controls announce, instead of the desktop's screen reader; null gives it back to
+/// that.
+void SetAnnouncer(void (*announcer)(QAccessibleEvent& event));
+
 /// Makes the interfaces of the controls known to Qt; DressApplication calls it.
 void InstallControlAccessibility();
 
