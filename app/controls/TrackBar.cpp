@@ -217,8 +217,8 @@ void TCustomTrackBar::leaveEvent(QEvent* event) {
 }
 
 void TCustomTrackBar::wheelEvent(QWheelEvent* event) {
-  // One step for each notch; away from the user is towards the top.
-  if (const int notches = wheel.take(event->angleDelta().y()); notches != 0) step(notches);
+  // One step for each notch. A turn away from the user lowers the value: this is deliberate.
+  if (const int notches = wheel.take(event->angleDelta().y()); notches != 0) step(-notches);
   event->accept();
 }
 

@@ -61,8 +61,9 @@ double ValueControl::share() const {
 SpokenValue ValueControl::spokenValue() const { return {shownValue, lowest, highest, valueText()}; }
 
 void ValueControl::wheelEvent(QWheelEvent* event) {
+  // As on a fader, a turn away from the user lowers the value: this is deliberate.
   if (const int notches = wheel.take(event->angleDelta().y()); notches != 0)
-    moveTo(shownValue + notches);
+    moveTo(shownValue - notches);
   event->accept();
 }
 

@@ -96,15 +96,15 @@ TEST(Fader, StepsDownTowardsAClickBelow) {
   EXPECT_THAT(volume.log, ElementsAre("pressed", "56", "released"));
 }
 
-TEST(Fader, GetsLouderByOneStepForEachNotchAwayFromTheUser) {
+TEST(Fader, GetsLowerByOneStepForEachNotchAwayFromTheUser) {
   Volume volume;
-  Turn(volume.fader, 120);
+  Turn(volume.fader, -120);
   EXPECT_EQ(volume.fader.position(), 65);
-  Turn(volume.fader, -240);
+  Turn(volume.fader, 240);
   EXPECT_EQ(volume.fader.position(), 63);
-  Turn(volume.fader, 60);
+  Turn(volume.fader, -60);
   EXPECT_EQ(volume.fader.position(), 63) << "half a notch";
-  Turn(volume.fader, 60);
+  Turn(volume.fader, -60);
   EXPECT_EQ(volume.fader.position(), 64);
   EXPECT_THAT(volume.log, ElementsAre("65", "63", "64"));
 }
@@ -112,10 +112,10 @@ TEST(Fader, GetsLouderByOneStepForEachNotchAwayFromTheUser) {
 TEST(Fader, StaysWithinItsRange) {
   Volume volume;
   volume.fader.setPosition(0);
-  Turn(volume.fader, -120);
+  Turn(volume.fader, 120);
   EXPECT_EQ(volume.fader.position(), 0);
   volume.fader.setPosition(127);
-  Turn(volume.fader, 120);
+  Turn(volume.fader, -120);
   EXPECT_EQ(volume.fader.position(), 127);
   volume.fader.setPosition(400);
   EXPECT_EQ(volume.fader.position(), 127);

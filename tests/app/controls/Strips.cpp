@@ -144,7 +144,7 @@ TEST(Strip, ReportsTheFaderWithTheChannelFirst) {
 
 TEST(Strip, ReportsWheelAndTypedVolumes) {
   Row desk;
-  Turn(desk.row.strip(0).volume(), 120);
+  Turn(desk.row.strip(0).volume(), -120);
   ValueBox& box = desk.row.strip(0).valueBox();
   DoubleClick(box, {30, 10});
   ASSERT_TRUE(box.typing());

@@ -70,7 +70,7 @@ TEST(ControllerPanel, AMoveOfAKnobIsToldWithItsController) {
   EXPECT_EQ(moved[0][0].toInt(), 91);
   EXPECT_EQ(moved[0][1].toInt(), 55);
   EXPECT_EQ(panel.ShownValue(IndexOf(91)), "55");
-  TurnWheel(*panel.knob(IndexOf(74)), -1);
+  TurnWheel(*panel.knob(IndexOf(74)), 1);
   ASSERT_EQ(moved.count(), 2);
   EXPECT_EQ(moved[1][0].toInt(), 74);
   EXPECT_EQ(moved[1][1].toInt(), 57);
