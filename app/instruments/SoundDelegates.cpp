@@ -73,7 +73,10 @@ void SoundDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   QRectF area = TextArea(option);
   if (index.column() == SoundTableModel::Name) return PaintName(*painter, area, index, selected);
   const bool isNumber = index.column() != SoundTableModel::Effect;
-  if (isNumber) area.adjust(-metrics().px(Side), 0, metrics().px(4), 0);
+  // Figures end where their head does.
+  if (isNumber)
+    area = QRectF(option.rect)
+               .adjusted(0, 0, -option.widget->style()->pixelMetric(QStyle::PM_HeaderMargin), 0);
   painter->setFont(metrics().font(selected ? Role::Strong : Role::Body));
   painter->setPen(selected ? th().tx1 : th().tx2);
   if (isNumber)

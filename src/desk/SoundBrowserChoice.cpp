@@ -21,6 +21,8 @@ const T* EntryOf(const std::vector<T>& entries, std::size_t row) {
   return row < entries.size() ? &entries[row] : nullptr;
 }
 
+bool TellsInserts(const TMotifInserts& inserts) { return inserts != TMotifInserts(); }
+
 std::array<int, VoiceControllers.size()> ValuesOf(const TXTPatch& effects) {
   return {effects.Ctrl71, effects.Ctrl72, effects.Ctrl73,
           effects.Ctrl74, effects.Ctrl91, effects.Ctrl93};
@@ -35,13 +37,13 @@ TVoice TSoundBrowser::VoiceOf(int bank, const TPatch& row) const {
   const auto index = static_cast<std::size_t>(&row - b.Rows().data());
   voice.Effects = EntryOf(b.List->Effects, index);
   voice.Inserts = EntryOf(b.List->Inserts, index);
+  if (voice.Inserts != nullptr && !TellsInserts(*voice.Inserts)) voice.Inserts = nullptr;
   return voice;
 }
 
 std::string TSoundBrowser::EffectText(int bank, const TPatch& row) const {
   const TVoice voice = VoiceOf(bank, row);
-  if (voice.Inserts != nullptr)
-    return voice.Inserts->InsertA_FxName.empty() ? "Off" : std::string(voice.Inserts->InsertA_FxName);
+  if (voice.Inserts != nullptr) return std::string(voice.Inserts->InsertA_FxName);
   if (voice.Effects == nullptr) return {};
   if (voice.Effects->DSPIndex == TXTPatch().DSPIndex) return "Off";
   return Hooks.EffectName ? Hooks.EffectName(set->Value(), voice.Effects->DSPIndex) : std::string();
@@ -49,7 +51,8 @@ std::string TSoundBrowser::EffectText(int bank, const TPatch& row) const {
 
 bool TSoundBrowser::HasEffects() const noexcept {
   return std::ranges::any_of(banks.Banks(), [](const TBrowserBank& bank) {
-    return !bank.List->Effects.empty() || !bank.List->Inserts.empty();
+    // Rows without the cells of inserts tell none.
+    return !bank.List->Effects.empty() || std::ranges::any_of(bank.List->Inserts, TellsInserts);
   });
 }
 

@@ -9,12 +9,13 @@
 #include "core/Ports.h"
 #include "core/Settings.h"
 #include "desk/SoundBrowserBanks.h"
-#include "desk/WindowPlaces.h"
 
 namespace Sonarello {
 
 /// What a browser remembers, in the section of its instrument's name.
 struct TBrowserSettings {
+  static constexpr int NotPlaced = -9999;  ///< place of a window that has not been placed yet
+
   bool SortSounds = true;
   bool Patches_WithDSPs = true;
   int PatchesFormHeight = 322;

@@ -84,7 +84,13 @@ TEST(SoundBrowserChoice, TellsTheEffectOfASoundWhereItsListDoes) {
   SoundBrowserBench motif(69);
   ASSERT_TRUE(motif.OpenWith({{1, {63, 0, 0}}}));
   ASSERT_TRUE(motif.browser.Open(0));
+  EXPECT_FALSE(motif.browser.HasEffects()) << "its rows ship without inserts";
+  auto& presets = const_cast<TSoundList&>(motif.sets.Find(69)->Lists().front());
+  presets.Inserts.at(1).InsertA_FxIndex = 47;
+  presets.Inserts.at(1).InsertA_FxName = "VCM EQ 501";
   EXPECT_TRUE(motif.browser.HasEffects());
+  EXPECT_EQ(motif.browser.EffectText(0, presets.Rows[0]), "");
+  EXPECT_EQ(motif.browser.EffectText(0, presets.Rows[1]), "VCM EQ 501");
   SoundBrowserBench bench(Genos);
   ASSERT_TRUE(bench.OpenWith({{4, ConcertGrand}}));
   ASSERT_TRUE(bench.browser.Open(3));
