@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -59,6 +60,15 @@ inline void TurnWheel(QWidget& widget, int notches) {
   QWheelEvent event(middle, widget.mapToGlobal(middle), {}, {0, 120 * notches}, Qt::NoButton,
                     Qt::NoModifier, Qt::NoScrollPhase, false);
   QCoreApplication::sendEvent(&widget, &event);
+}
+
+/// What stands on the screen: what was painted piece by piece, not painted anew for the picture. To be
+/// taken before another window is shown, as a window that becomes active or inactive is painted whole.
+inline QImage OnScreen(const QWidget& window) {
+  QCoreApplication::processEvents();
+  const QImage picture = window.screen()->grabWindow(window.winId()).toImage();
+  EXPECT_EQ(picture.size(), window.size());
+  return picture;
 }
 
 /// Beginnings of `bars` bars of two seconds each, in ms.

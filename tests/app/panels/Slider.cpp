@@ -179,6 +179,17 @@ TEST(SongSlider, TheEndsOfTheLoopNeverCross) {
   EXPECT_EQ(bench.slider.loop(), (LoopSpan{16000, 18000}));
 }
 
+TEST(SongSlider, TheStartOfTheLoopStopsBeforeItsEnd) {
+  Bench bench;
+  bench.slider.SetLoop(LoopSpan{16000, 48000});
+  QTest::mousePress(&bench.slider, Qt::LeftButton, {}, bench.At(16000, 3) + QPoint(2, 0));
+  bench.Move(bench.At(48000, 3));
+  bench.Move(bench.At(60000, 3));
+  EXPECT_TRUE(bench.said.isEmpty());
+  bench.Move(bench.At(46000, 3));
+  EXPECT_EQ(bench.said, QStringList{"loop 46000-48000"});
+}
+
 TEST(SongSlider, KeysStepByBars) {
   Bench bench;
   const auto press = [&](Qt::Key key) {
@@ -315,9 +326,10 @@ TEST(SongSlider, LooksTheSameAfterARunAsWhenPaintedWhole) {
   }
   bench.slider.SetPosition(20000);
   bench.slider.SetPosition(60000);
-  QCoreApplication::processEvents();
+  const QImage run = OnScreen(bench.slider);
   whole.slider.SetPosition(60000);
-  EXPECT_EQ(bench.slider.grab().toImage(), whole.slider.grab().toImage());
+  ShowForTest(whole.slider);
+  EXPECT_EQ(run, OnScreen(whole.slider));
 }
 
 TEST(SongSlider, KeepsPositionAndPlaceThroughScaleAndSize) {

@@ -234,13 +234,14 @@ TEST(PositionDisplay, LooksTheSameAfterARunAsWhenPaintedWhole) {
     display.SetPosition(i + 1, i % 4 + 1, i * 731);
     QCoreApplication::processEvents();
   }
-  const QImage run = display.grab().toImage();
+  const QImage run = OnScreen(display);
   PositionDisplay whole;
   whole.SetSong(true);
   whole.SetSignature("4/4");
   whole.SetPosition(40, 4, 39 * 731);
   whole.resize(display.size());
-  EXPECT_EQ(run, whole.grab().toImage());
+  ShowForTest(whole);
+  EXPECT_EQ(run, OnScreen(whole));
 }
 
 TEST(PositionDisplay, GivesLongSongsRoomForTheirMeasures) {
