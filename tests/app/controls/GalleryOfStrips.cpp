@@ -29,6 +29,7 @@ void SaveDesk(const QString& name, int width, int height, bool compact) {
   Desk desk(width, height, compact);
   ShowSong(desk.row);
   desk.window.activateWindow();
+  desk.row.bank().clearFocus();
   desk.row.bank().setFocus(Qt::TabFocusReason);
   QCoreApplication::processEvents();
   EXPECT_TRUE(SaveScreenshot(desk.window, QStringLiteral("controls_strips_") + name));
