@@ -127,7 +127,7 @@ void SonStyle::drawControl(ControlElement element, const QStyleOption* option, Q
 
 void SonStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                   QPainter* painter, const QWidget* widget) const {
-  const bool done = StyleFields::Complex(control, *option, *painter, *this, widget) ||
+  const bool done = StyleFields::Complex(control, *option, *painter, *this) ||
                     StyleLists::Complex(control, *option, *painter, *this, widget);
   if (!done) QProxyStyle::drawComplexControl(control, option, painter, widget);
 }

@@ -183,17 +183,19 @@ bool Control(QStyle::ControlElement element, const QStyleOption& option, QPainte
 }
 
 bool Complex(QStyle::ComplexControl control, const QStyleOptionComplex& option, QPainter& painter,
-             const QStyle& style, const QWidget*) {
-  if (const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(&option);
-      control == QStyle::CC_ComboBox && combo)
-    return PaintCombo(*combo, painter, style), true;
-  if (const auto* spin = qstyleoption_cast<const QStyleOptionSpinBox*>(&option);
-      control == QStyle::CC_SpinBox && spin)
-    return PaintSpin(*spin, painter, style), true;
-  if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(&option);
-      control == QStyle::CC_Slider && slider)
-    return PaintSlider(*slider, painter, style), true;
-  return false;
+             const QStyle& style) {
+  const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(&option);
+  const auto* spin = qstyleoption_cast<const QStyleOptionSpinBox*>(&option);
+  const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(&option);
+  if (control == QStyle::CC_ComboBox && combo != nullptr)
+    PaintCombo(*combo, painter, style);
+  else if (control == QStyle::CC_SpinBox && spin != nullptr)
+    PaintSpin(*spin, painter, style);
+  else if (control == QStyle::CC_Slider && slider != nullptr)
+    PaintSlider(*slider, painter, style);
+  else
+    return false;
+  return true;
 }
 
 std::optional<QRect> Part(QStyle::ComplexControl control, const QStyleOptionComplex& option,

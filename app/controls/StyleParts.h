@@ -30,7 +30,7 @@ bool Primitive(QStyle::PrimitiveElement element, const QStyleOption& option, QPa
 bool Control(QStyle::ControlElement element, const QStyleOption& option, QPainter& painter,
              const QStyle& style);
 bool Complex(QStyle::ComplexControl control, const QStyleOptionComplex& option, QPainter& painter,
-             const QStyle& style, const QWidget* widget);
+             const QStyle& style);
 std::optional<QRect> Part(QStyle::ComplexControl control, const QStyleOptionComplex& option,
                           QStyle::SubControl part);
 std::optional<QSize> Size(QStyle::ContentsType type, const QStyleOption& option, QSize contents);

@@ -135,8 +135,9 @@ void TCustomTrackBar::paintParts(QPainter& painter) const {
   PaintFaderSlot(painter, plan);
   const QColor own = shownLook == Look::Active ? t.acc : shownLook == Look::Drum ? t.drum : QColor();
   const bool muted = shownDim == Dim::Muted;
-  const double fill = m.px(fillWidth), from = y(shownPosition);
-  PaintBox(painter, QRectF(plan.x - fill / 2, from, fill, plan.bottom + m.px(fillOver) - from),
+  const double fill = m.px(fillWidth), from = std::round(y(shownPosition));
+  PaintBox(painter,
+           QRectF(std::floor(plan.x - fill / 2), from, fill, plan.bottom + m.px(fillOver) - from),
            fill / 2,
            muted           ? t.dis
            : own.isValid() ? own

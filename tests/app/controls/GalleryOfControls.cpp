@@ -165,7 +165,7 @@ void SaveSheet(const QString& name) {
   PlaceFaders(sheet);
   ShowForTest(sheet);
   sheet.activateWindow();
-    focus->clearFocus();
+  focus->clearFocus();
   focus->setFocus(Qt::TabFocusReason);
   EXPECT_TRUE(SaveScreenshot(sheet, QStringLiteral("controls_own_") + name));
 }

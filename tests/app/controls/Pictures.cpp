@@ -6,6 +6,7 @@
 #include "app/Application.h"
 #include "app/controls/Hands.h"
 #include "app/controls/Icons.h"
+#include "app/controls/Painting.h"
 #include "app/controls/PianoKeys.h"
 #include "app/controls/Shown.h"
 
@@ -73,6 +74,43 @@ TEST(Icons, OfActionsFollowTheThemeAndTheScale) {
 TEST(Icons, TheProgramHasOneInAllSizes) {
   for (const int side : {16, 32, 48, 256})
     EXPECT_EQ(ApplicationIcon().pixmap(side, side).size(), QSize(side, side));
+}
+
+/// How far two pictures differ in any channel of any pixel.
+int Difference(const QImage& one, const QImage& other) {
+  int most = 0;
+  for (int y = 0; y < one.height(); ++y)
+    for (int x = 0; x < one.width(); ++x) {
+      const QColor a = one.pixelColor(x, y), b = other.pixelColor(x, y);
+      most = std::max({most, std::abs(a.red() - b.red()), std::abs(a.green() - b.green()),
+                       std::abs(a.blue() - b.blue())});
+    }
+  return most;
+}
+
+TEST(Painting, ABoxPutTogetherFromItsCornersLooksAsOneDrawnInOne) {
+  struct Box {
+    QRect rect;
+    double radius, border;
+    bool face;
+  };
+  for (const Box& box : {Box{{4, 4, 60, 30}, 4, 1, true}, Box{{4, 4, 60, 30}, 6, 2, true},
+                         Box{{4, 4, 6, 30}, 3, 1, true}, Box{{4, 4, 3, 30}, 1.5, 0, true},
+                         Box{{4, 4, 9, 40}, 4, 1, true}, Box{{4, 4, 40, 9}, 4, 1, true},
+                         Box{{4, 4, 50, 40}, 7, 2, false}, Box{{4, 4, 50, 40}, 0, 1, true}}) {
+    const auto drawn = [&](bool assembled) {
+      QImage image(80, 50, QImage::Format_ARGB32_Premultiplied);
+      image.fill(th().bg1);
+      QPainter painter(&image);
+      if (!assembled) painter.translate(0.25, 0);  // off the whole pixels, and back again below
+      const QRectF rect = QRectF(box.rect).translated(assembled ? 0 : -0.25, 0);
+      PaintBox(painter, rect, box.radius, box.face ? QBrush(th().bg3) : QBrush(Qt::NoBrush),
+               box.border > 0 ? th().acc : QColor(), std::max(box.border, 1.0));
+      return image;
+    };
+    EXPECT_LE(Difference(drawn(true), drawn(false)), 4)
+        << box.rect.width() << " x " << box.rect.height() << " radius " << box.radius;
+  }
 }
 
 struct Piano {

@@ -65,7 +65,7 @@ TEST(Style, ButtonsHaveTheFaceOfTheirState) {
     checked.setChecked(true);
     first.setDefault(true);
     off.setEnabled(false);
-    
+
     for (QPushButton* button : {&normal, &checked, &first, &off, &down}) Prepare(*button);
     down.setDown(true);
     EXPECT_EQ(face(normal), th().bg3);
