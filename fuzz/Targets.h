@@ -27,6 +27,10 @@ void FuzzMarker(Input input);
 /// rows are in range, and the list written back reads the same.
 void FuzzList(Input input);
 
+/// A registry text file: it is good or refused whole, and what a good one sets is exported and imported
+/// unchanged.
+void FuzzRegistry(Input input);
+
 /// A time base, tempi, signatures and places: positions go to texts and back.
 void FuzzPosition(Input input);
 

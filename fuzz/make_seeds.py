@@ -204,6 +204,25 @@ LISTS = {
 }
 
 
+KEY = "HKEY_CURRENT_USER\\SOFTWARE\\Brightfold\\Sonarello XI"
+REG_5, REG_4 = "Windows Registry Editor Version 5.00\r\n\r\n", "REGEDIT4\n\n"
+REG_BODY = ('[' + KEY + ']\r\n; a comment\r\n@="default"\r\n"Lang"="de"\r\n"MultiMidi"=dword:00000001\r\n'
+            '"MainFormLeft"=dword:ffffd8f1\r\n"SourcePath"="C:\\\\Songs\\\\\\"Live\\""\r\n'
+            '"Blob"=hex:00,01,\\\r\n  ff\r\n"DestPath"=hex(1):61,00,0a,00,00,00\r\n"List"=hex(7):61,00,00,00\r\n'
+            '"x"=hex(4):01,00,00,00\r\n"Old"=-\r\n\r\n[' + KEY + '\\Yamaha Genos]\r\n"SortSounds"=dword:0\r\n'
+            '[-' + KEY + '\\Yamaha Tyros]\r\n')
+
+REGISTRY = {
+    "utf16": b"\xff\xfe" + (REG_5 + REG_BODY).encode("utf-16-le"),
+    "utf16-high-first": b"\xfe\xff" + (REG_5 + REG_BODY).encode("utf-16-be"),
+    "utf8": (REG_5 + REG_BODY).encode(), "utf8-mark": b"\xef\xbb\xbf" + (REG_5 + REG_BODY).encode(),
+    "version-4": (REG_4 + REG_BODY).encode() + b'"DestPath"=hex(2):2f,f6,00\n',
+    "foreign": (REG_5 + "[HKEY_CURRENT_USER\\SOFTWARE]\r\n\"a\"=\"b\"").encode(),
+    "line-in-text": (REG_5 + "[" + KEY + "]\r\n\"DestPath\"=\"a\r\nb\"\r\n").encode(),
+    "cut": (REG_5 + REG_BODY).encode("utf-16-le")[:301], "empty": b"",
+}
+
+
 def write(target, name, data):
     folder = os.path.join(HERE, target)
     os.makedirs(folder, exist_ok=True)
@@ -220,6 +239,8 @@ def main():
         write("fuzz_marker", "%02d" % i, bytes([6]) + text)
     for name, data in LISTS.items():
         write("fuzz_list", name, data)
+    for name, data in REGISTRY.items():
+        write("fuzz_registry", name, data)
     for name, data in POSITIONS.items():
         write("fuzz_position", name, data)
 

@@ -27,11 +27,6 @@ std::string Quoted(std::string_view text) {
   return quoted + '"';
 }
 
-/// True if a text can stand between quotation marks on one line.
-bool IsPlain(std::string_view text) {
-  return std::ranges::none_of(text, [](char c) { return c >= 0 && c < ' ' && c != '\t'; });
-}
-
 /// Bytes behind "name=hex:", folded as the registry's own tools do it.
 std::string ByteList(std::string_view start, std::span<const std::uint8_t> bytes) {
   std::string list(start);
@@ -52,7 +47,7 @@ std::string ByteList(std::string_view start, std::span<const std::uint8_t> bytes
 }
 
 std::string TextLine(const std::string& name, std::string_view value) {
-  if (IsPlain(value)) return name + Quoted(value);
+  if (IsOneLine(value)) return name + Quoted(value);
   std::vector<std::uint8_t> bytes;
   for (const char16_t unit : ToUtf16(value) + u'\0') {
     bytes.push_back(static_cast<std::uint8_t>(unit & 0xFFU));
@@ -87,7 +82,7 @@ std::string ValueLine(const IRegistryStore& store, std::string_view section, con
 
 /// True for a sub-key that a file can name.
 bool IsNameable(std::string_view section) {
-  return IsPlain(section) && !section.starts_with('\\') && !section.ends_with('\\') &&
+  return IsOneLine(section) && !section.starts_with('\\') && !section.ends_with('\\') &&
          section.find("\\\\") == std::string_view::npos;
 }
 
@@ -97,7 +92,7 @@ void AppendSection(std::string& file, const IRegistryStore& store, const std::st
   if (!section.empty()) file += '\\' + section;
   file += "]\r\n";
   for (const std::string& key : store.Values(section))
-    if (IsPlain(key) && !key.empty()) file += ValueLine(store, section, key) + "\r\n";
+    if (IsOneLine(key) && !key.empty()) file += ValueLine(store, section, key) + "\r\n";
   file += "\r\n";
 }
 

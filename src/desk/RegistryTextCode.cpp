@@ -123,6 +123,10 @@ bool IsUtf8(std::string_view text) {
   return true;
 }
 
+bool IsOneLine(std::string_view text) {
+  return std::ranges::none_of(text, [](char c) { return c >= 0 && c < ' ' && c != '\t'; });
+}
+
 std::optional<std::string> DecodeRegistryFile(std::span<const std::uint8_t> bytes) {
   const auto startsWith = [&](std::initializer_list<int> mark) {
     return bytes.size() >= mark.size() &&

@@ -150,6 +150,11 @@ void Reader::ReadLine() {
   }
 }
 
+void CheckName(std::string_view name) {
+  if (!IsOneLine(name))
+    throw TFault{"Der Name enthält ein Steuerzeichen.", "The name holds a control character."};
+}
+
 /// The path between the brackets of a line; nothing may follow but a comment.
 std::optional<std::string_view> PathOf(std::string_view line) {
   line = Trimmed(line);
@@ -169,9 +174,9 @@ void Reader::ReadSection() {
     throw TFault{"Der Schlüssel \"" + std::string(path) + "\" gehört nicht zu Sonarello.",
                  "The key \"" + std::string(path) + "\" does not belong to Sonarello."};
   path.remove_prefix(std::min(path.size(), KeyPath.size() + 1));
-  if (path.starts_with('\\') || path.ends_with('\\') || path.find("\\\\") != std::string_view::npos ||
-      path.find('\0') != std::string_view::npos)
+  if (path.starts_with('\\') || path.ends_with('\\') || path.find("\\\\") != std::string_view::npos)
     throw TFault{"Der Schlüssel hat einen leeren Namen.", "The key has an empty name."};
+  CheckName(path);
   section = path;
   hasSection = true;
   if (isDeleted) import.Changes.push_back({TRegistryChange::TKind::DeleteSection, section, {}, {}});
@@ -181,6 +186,7 @@ void Reader::ReadValue() {
   std::string key(DefaultValueName);
   if (!in.Take('@')) key = ReadQuoted(false);
   if (key.empty()) key = DefaultValueName;
+  CheckName(key);
   in.SkipBlanks();
   if (!in.Take('=')) throw TFault{"Hinter dem Namen fehlt \"=\".", "\"=\" is missing behind the name."};
   if (!hasSection || isDeleted)

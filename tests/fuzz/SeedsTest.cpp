@@ -41,6 +41,7 @@ void RunAll(const std::string& target, void (*run)(Input)) {
 TEST(FuzzTargets, HoldForTheirSongs) { RunAll("fuzz_song", FuzzSong); }
 TEST(FuzzTargets, HoldForTheirMarkers) { RunAll("fuzz_marker", FuzzMarker); }
 TEST(FuzzTargets, HoldForTheirSoundLists) { RunAll("fuzz_list", FuzzList); }
+TEST(FuzzTargets, HoldForTheirRegistryFiles) { RunAll("fuzz_registry", FuzzRegistry); }
 TEST(FuzzTargets, HoldForTheirPositions) { RunAll("fuzz_position", FuzzPosition); }
 
 }  // namespace Sonarello::Fuzz
