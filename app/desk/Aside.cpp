@@ -27,6 +27,8 @@ class InputBlock : public QObject {
       case QEvent::Shortcut:
       case QEvent::ShortcutOverride:
       case QEvent::ContextMenu:
+      case QEvent::ToolTip:
+      case QEvent::MouseMove:
       case QEvent::Close:
       case QEvent::DragEnter:
       case QEvent::Drop: break;

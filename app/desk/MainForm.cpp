@@ -6,8 +6,8 @@
 
 #include "app/adapters/UpdateCheck.h"
 #include "app/controls/Metrics.h"
-#include "app/controls/StripBank.h"
 #include "app/controls/QtText.h"
+#include "app/controls/StripBank.h"
 #include "app/controls/StripRow.h"
 #include "app/desk/DeskViews.h"
 #include "app/desk/ToolWindows.h"
@@ -210,6 +210,8 @@ void TMainForm::SongChanged() {
   ShowPosition();
   ShowTransport();
   ShowKeyboardChannel();
+  patchesForm->ShowAll();
+  revoicerForm->ShowAll();
   UpdateSwitches();
   // The keys of the strips work at once; without a song Return opens one.
   if (loaded)
@@ -228,11 +230,13 @@ void TMainForm::SoundChanged(int channel) {
 void TMainForm::StripChanged(int strip) {
   ShowStrip(strip);
   patchesForm->ShowChannel(strip);
+  browserForm->StripChanged(strip);
 }
 
 void TMainForm::SelectionChanged() {
   ShowController();
   ShowKeyboardChannel();
+  patchesForm->ShowAll();
 }
 
 void TMainForm::ShowKeyboardChannel() {

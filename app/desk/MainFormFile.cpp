@@ -43,11 +43,13 @@ bool TMainForm::ReadAside(const std::function<bool()>& read) {
   busy = true;
   DisplayTimer.stop();
   SlidersTimer.stop();
+  windows->Freeze(true);
   p.aside.Restart();
   p.messages.Work.Begin(QText("Song wird geöffnet", "Opening song"), false);
   const bool opened = RunAside(read, [this] { p.messages.Work.Report(p.aside.Done()); });
   p.messages.Work.End();
   busy = false;
+  windows->Freeze(false);
   return opened;
 }
 
@@ -184,6 +186,7 @@ void TMainForm::closeEvent(QCloseEvent* event) {
     return event->ignore();
   if (!MayLeaveSong()) return event->ignore();
   if (p.work.desk.IsPlaying()) StopClick();
+  p.work.browser.Btn_CancelClick();
   StoreWindows();
   windows->HideAll();
   p.work.Close();

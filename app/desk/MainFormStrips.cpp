@@ -5,7 +5,6 @@
 #include "app/controls/StripRow.h"
 #include "app/desk/DeskViews.h"
 #include "app/desk/MainForm.h"
-#include "app/desk/ToolWindows.h"
 #include "app/desk/VelocityEditor.h"
 #include "app/panels/ControllerPanel.h"
 #include "app/panels/EffectRow.h"
@@ -158,7 +157,7 @@ void TMainForm::ShowEffects() {
 void TMainForm::OpenBrowser(int strip) {
   if (busy || !p.work.desk.song.MidiFileLoaded) return;
   p.work.desk.strips.Desk.SetMidiChannel(strip);
-  if (p.work.browser.Open(strip)) windows->Show(ToolWindow::Browser);
+  p.work.browser.Open(strip);
 }
 
 void TMainForm::ShowChannelsMenu(int strip, const QPoint& at) {

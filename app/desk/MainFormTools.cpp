@@ -16,8 +16,8 @@ namespace Sonarello {
 void TMainForm::BuildWindows() {
   optionsForm = std::make_unique<TOptionsForm>(p.store, this);
   connect(optionsForm.get(), &TOptionsForm::OptionsChanged, this, &TMainForm::ApplyOptions);
-  revoicerForm = std::make_unique<TAutoRevoicerForm>();
-  patchesForm = std::make_unique<TPatchesForm>();
+  revoicerForm = std::make_unique<TAutoRevoicerForm>(p.work.revoicerDesk, this);
+  patchesForm = std::make_unique<TPatchesForm>(p.work.overview, this);
   browserForm = std::make_unique<TSoundBrowserForm>(p.work.browser, this);
   keysForm = std::make_unique<TVirtualKeysForm>(p.work.desk.keys, this);
   velocityEditor = std::make_unique<VelocityEditor>(p.work.desk.strips.Velocities, this);
@@ -31,8 +31,7 @@ void TMainForm::BuildWindows() {
     });
   });
   windows = new ToolWindows(p.store, this);
-  windows->Add(ToolWindow::Browser, *browserForm, "Patch", QSize(1040, 720));
-  windows->Add(ToolWindow::Sounds, *patchesForm, "MultiPart", QSize(560, 520));
+  windows->Add(ToolWindow::Sounds, *patchesForm, "Patch", QSize(560, 520));
   windows->Add(ToolWindow::Revoicer, *revoicerForm, "Revoicer", QSize(720, 480));
   windows->Add(ToolWindow::Keyboard, *keysForm, "VirtualKeys", QSize(880, 150));
   connect(windows, &ToolWindows::shownChanged, this, &TMainForm::UpdateSwitches);

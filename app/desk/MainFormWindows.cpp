@@ -141,7 +141,10 @@ void TMainForm::ApplyAppearance() {
   ShowStatus();
 }
 
-void TMainForm::HideOthers() { windows->HideAll(); }
+void TMainForm::HideOthers() {
+  p.work.browser.Btn_CancelClick();
+  windows->HideAll();
+}
 
 void TMainForm::CheckForUpdates() {
   menu->Forbid("MMH_Updates", QText("Die Abfrage läuft", "The check is under way"));

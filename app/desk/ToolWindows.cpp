@@ -95,6 +95,11 @@ void ToolWindows::HideAll() {
     if (entry.Window != nullptr) entry.Window->close();
 }
 
+void ToolWindows::Freeze(bool frozen) {
+  for (const TEntry& entry : entries)
+    if (entry.Window != nullptr) entry.Window->setUpdatesEnabled(!frozen);
+}
+
 void ToolWindows::Restore() {
   for (const ToolWindow which : {ToolWindow::Sounds, ToolWindow::Revoicer, ToolWindow::Keyboard})
     if (Of(which).Window != nullptr && WasShown(store, Of(which).Name)) Show(which);

@@ -12,8 +12,8 @@
 
 namespace Sonarello {
 
-enum class ToolWindow { Browser, Sounds, Revoicer, Keyboard };
-inline constexpr int ToolWindowCount = 4;
+enum class ToolWindow { Sounds, Revoicer, Keyboard };
+inline constexpr int ToolWindowCount = 3;
 
 /// Brings a window to where it was left, or into the middle of the main screen, so that it can be seen.
 /// `name` is that of its settings, such as "Patch"; the size is its own unless one was stored.
@@ -37,7 +37,9 @@ class ToolWindows : public QObject {
   void Toggle(ToolWindow which) { IsShown(which) ? Hide(which) : Show(which); }
   [[nodiscard]] bool IsShown(ToolWindow which) const;
   void HideAll();
-  /// Shows those that were open when the program ended last, but for those that need a song's channel.
+  /// Nothing of them is painted for a while, as what they show may not be read.
+  void Freeze(bool frozen);
+  /// Shows those that were open when the program ended last.
   void Restore();
   void Store();
 

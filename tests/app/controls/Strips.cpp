@@ -218,7 +218,7 @@ TEST(Strip, WithoutNotesLetsItsVolumeMoveAndRecordsButNothingElse) {
                                                        &strip.octave()})
     EXPECT_FALSE(part->isEnabled()) << part->metaObject()->className();
   EXPECT_EQ(strip.namePlate().name(), QStringLiteral("noteless"));
-  Turn(strip.volume(), 120);
+  Turn(strip.volume(), -120);
   Click(strip.record());
   EXPECT_THAT(desk.log, ElementsAre("volume 14 101", "selected 14", "rec 14"));
 }
@@ -296,7 +296,7 @@ TEST(Strip, TakesNoMoreLevelsThanItHasStrips) {
 TEST(Strip, ShowsTheOwnersVolumeAgainIfAMoveIsRefused) {
   Row desk;
   const StripView before = desk.row.strip(0).view();
-  Turn(desk.row.strip(0).volume(), 120);
+  Turn(desk.row.strip(0).volume(), -120);
   EXPECT_EQ(desk.row.strip(0).volume().position(), 97);
   desk.row.setView(0, before);
   EXPECT_EQ(desk.row.strip(0).volume().position(), 96);
