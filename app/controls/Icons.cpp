@@ -3,12 +3,14 @@
 #include <QIconEngine>
 #include <QPainter>
 #include <QPixmap>
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <string>
 
+#include "app/controls/Metrics.h"
 #include "app/controls/Theme.h"
 
 namespace Sonarello {
@@ -159,20 +161,9 @@ class PathReader {
   QPointF lastControl;
 };
 
-/// Draws an icon when it is asked for, so that it follows theme and scale.
-class VectorIcon : public QIconEngine {
+/// Draws a picture when it is asked for, so that it follows theme and scale.
+class DrawnIcon : public QIconEngine {
  public:
-  explicit VectorIcon(Icon shown) : icon(shown) {}
-
-  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
-    const Theme& t = th();
-    const QColor& ink = mode == QIcon::Disabled ? t.dis : state == QIcon::On ? t.acc : t.tx1;
-    const double side = std::min(rect.width(), rect.height());
-    QRectF square(0, 0, side, side);
-    square.moveCenter(QRectF(rect).center());
-    PaintIcon(*painter, icon, square, ink);
-  }
-
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
     QPixmap drawn(size);
     drawn.fill(Qt::transparent);
@@ -181,10 +172,55 @@ class VectorIcon : public QIconEngine {
     return drawn;
   }
 
+ protected:
+  [[nodiscard]] static QRectF Square(const QRect& rect) {
+    const double side = std::min(rect.width(), rect.height());
+    QRectF square(0, 0, side, side);
+    square.moveCenter(QRectF(rect).center());
+    return square;
+  }
+};
+
+class VectorIcon : public DrawnIcon {
+ public:
+  explicit VectorIcon(Icon shown) : icon(shown) {}
+
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+    const Theme& t = th();
+    PaintIcon(*painter, icon, Square(rect),
+              mode == QIcon::Disabled ? t.dis
+              : state == QIcon::On    ? t.acc
+                                      : t.tx1);
+  }
+
   [[nodiscard]] QIconEngine* clone() const override { return new VectorIcon(icon); }
 
  private:
   Icon icon;
+};
+
+class SignOfMessage : public DrawnIcon {
+ public:
+  explicit SignOfMessage(Sign shown) : sign(shown) {}
+
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
+    const Theme& t = th();
+    const QRectF square = Square(rect);
+    if (sign == Sign::Error || sign == Sign::Warning) {
+      PaintIcon(*painter, Icon::Warning, square, sign == Sign::Error ? t.err : t.warn);
+      return;
+    }
+    PaintIcon(*painter, Icon::Record, square, t.acc);  // its ring
+    painter->setPen(t.acc);
+    painter->setFont(FontOf(FontStack::Text, square.height() * 0.42, QFont::Bold));
+    painter->drawText(square, Qt::AlignCenter,
+                      sign == Sign::Question ? QStringLiteral("?") : QStringLiteral("i"));
+  }
+
+  [[nodiscard]] QIconEngine* clone() const override { return new SignOfMessage(sign); }
+
+ private:
+  Sign sign;
 };
 
 QPixmap ApplicationPixmap(int side) {
@@ -236,6 +272,8 @@ void PaintIcon(QPainter& painter, Icon icon, const QRectF& square, const QColor&
 }
 
 QIcon IconFor(Icon icon) { return QIcon(new VectorIcon(icon)); }
+
+QIcon SignIcon(Sign sign) { return QIcon(new SignOfMessage(sign)); }
 
 QIcon ApplicationIcon() {
   QIcon icon;

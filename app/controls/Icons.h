@@ -54,6 +54,12 @@ void PaintIcon(QPainter& painter, Icon icon, const QRectF& square, const QColor&
 /// force, in the accent while checked.
 [[nodiscard]] QIcon IconFor(Icon icon);
 
+/// What a message is about.
+enum class Sign { Error, Warning, Question, Information };
+
+/// The icon of a message in the colour of its weight.
+[[nodiscard]] QIcon SignIcon(Sign sign);
+
 /// The program's own icon, of fixed colours.
 [[nodiscard]] QIcon ApplicationIcon();
 

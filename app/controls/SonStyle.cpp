@@ -171,6 +171,17 @@ int SonStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const 
   return QProxyStyle::pixelMetric(metric, option, widget);
 }
 
+QIcon SonStyle::standardIcon(StandardPixmap pixmap, const QStyleOption* option,
+                             const QWidget* widget) const {
+  switch (pixmap) {
+    case SP_MessageBoxCritical: return SignIcon(Sign::Error);
+    case SP_MessageBoxWarning: return SignIcon(Sign::Warning);
+    case SP_MessageBoxQuestion: return SignIcon(Sign::Question);
+    case SP_MessageBoxInformation: return SignIcon(Sign::Information);
+    default: return QProxyStyle::standardIcon(pixmap, option, widget);
+  }
+}
+
 int SonStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                         QStyleHintReturn* result) const {
   switch (hint) {
@@ -180,6 +191,7 @@ int SonStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidge
     case SH_ToolTipLabel_Opacity: return 255;
     case SH_ComboBox_Popup: return 0;
     case SH_ComboBox_ListMouseTracking: return 1;
+    case SH_UnderlineShortcut:
     case SH_EtchDisabledText:
     case SH_DitherDisabledText: return 0;
     case SH_ScrollBar_Transient:

@@ -30,6 +30,9 @@ class SonStyle : public QProxyStyle {
                        const QWidget* widget) const override;
   QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                          const QWidget* widget) const override;
+  /// The icons of message boxes.
+  QIcon standardIcon(StandardPixmap pixmap, const QStyleOption* option,
+                     const QWidget* widget) const override;
   int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* result) const override;

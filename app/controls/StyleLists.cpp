@@ -127,7 +127,7 @@ void PaintGroup(const QStyleOptionGroupBox& group, QPainter& painter, const QSty
   painter.setFont(m.font(Role::Title));
   painter.setPen(Has(group, QStyle::State_Enabled) ? t.tx1 : t.dis);
   painter.drawText(style.subControlRect(QStyle::CC_GroupBox, &group, QStyle::SC_GroupBoxLabel, widget),
-                   Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic, group.text);
+                   Qt::AlignLeft | Qt::AlignVCenter | Qt::TextHideMnemonic, group.text);
 }
 
 QRect GroupPart(const QStyleOptionGroupBox& group, QStyle::SubControl part) {
@@ -169,7 +169,7 @@ void PaintTabText(const QStyleOptionTab& tab, QPainter& painter) {
   const bool chosen = Has(tab, QStyle::State_Selected);
   painter.setPen(!Has(tab, QStyle::State_Enabled) ? t.dis : chosen ? t.tx1 : t.tx2);
   painter.setFont(metrics().font(chosen ? Role::Strong : Role::Body));
-  painter.drawText(tab.rect, Qt::AlignCenter | Qt::TextShowMnemonic, tab.text);
+  painter.drawText(tab.rect, Qt::AlignCenter | Qt::TextHideMnemonic, tab.text);
   if (Has(tab, QStyle::State_HasFocus))
     PaintFocusRing(painter, QRectF(tab.rect).adjusted(2, 2, -2, -2), metrics().f(4));
 }

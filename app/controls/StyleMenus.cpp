@@ -78,7 +78,7 @@ void PaintItem(const QStyleOptionMenuItem& item, QPainter& painter) {
   const auto [entry, shortcut] = Split(item.text);
   const QRect text = item.rect.adjusted(m.px(iconColumn), 0, -m.px(rightSide) / 2, 0);
   painter.setPen(ink);
-  painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextShowMnemonic, entry);
+  painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextHideMnemonic, entry);
   painter.setPen(enabled ? t.tx3 : t.dis);
   painter.drawText(text, Qt::AlignVCenter | Qt::AlignRight, shortcut);
   if (item.menuItemType == QStyleOptionMenuItem::SubMenu) {
@@ -99,7 +99,7 @@ void PaintBarItem(const QStyleOptionMenuItem& item, QPainter& painter) {
   }
   const PainterState state(painter);
   painter.setPen(enabled ? t.tx1 : t.dis);
-  painter.drawText(item.rect, Qt::AlignCenter | Qt::TextShowMnemonic, item.text);
+  painter.drawText(item.rect, Qt::AlignCenter | Qt::TextHideMnemonic, item.text);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -9,6 +10,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -17,8 +19,10 @@
 #include <QTabBar>
 #include <QTableWidget>
 #include <QTest>
+#include <QToolTip>
 
 #include "app/Application.h"
+#include "app/controls/Control.h"
 #include "app/controls/Icons.h"
 #include "app/controls/Metrics.h"
 #include "app/controls/QtText.h"
@@ -160,6 +164,32 @@ void SaveGallery(const QString& suffix) {
   EXPECT_TRUE(SaveScreenshot(menu, QStringLiteral("controls_menu_") + suffix));
 }
 
+/// The list of a combo, a message box and a tooltip, which are windows of their own.
+void SavePopups(const QString& suffix) {
+  QWidget window;
+  QComboBox combo(&window);
+  for (const char* name : {"Yamaha Genos", "Roland SC-88Pro", "Ketron SD2/SD4", "GM Soundset"})
+    combo.addItem(ToQt(name));
+  combo.setGeometry(10, 10, metrics().px(200), combo.sizeHint().height());
+  ShowForTest(window);
+  combo.showPopup();
+  EXPECT_TRUE(SaveScreenshot(*combo.view()->window(), QStringLiteral("controls_combo_") + suffix));
+  combo.hidePopup();
+  QMessageBox box(QMessageBox::Question, QStringLiteral("Sonarello"),
+                  QText("Wollen Sie die Änderungen speichern?", "Do you want to save the changes?"),
+                  QMessageBox::Yes | QMessageBox::No);
+  box.setDefaultButton(QMessageBox::No);
+  ShowForTest(box);
+  EXPECT_TRUE(SaveScreenshot(box, QStringLiteral("controls_message_") + suffix));
+  QToolTip::showText(QPoint(100, 100),
+                     Tip(QText("Solo", "Solo"), QText("aus", "off"), QStringLiteral("S")), &window);
+  for (QWidget* top : QApplication::topLevelWidgets()) {
+    if (!top->inherits("QTipLabel")) continue;
+    EXPECT_TRUE(SaveScreenshot(*top, QStringLiteral("controls_tip_") + suffix));
+  }
+  QToolTip::hideText();
+}
+
 TEST(Gallery, StandardControlsAreDrawnInBothThemesAndScales) {
   for (const int percent : {100, 150}) {
     SetScale(percent);
@@ -167,6 +197,9 @@ TEST(Gallery, StandardControlsAreDrawnInBothThemesAndScales) {
     SaveGallery(QStringLiteral("dark_%1").arg(percent));
     SetTheme(ThemeKind::Light);
     SaveGallery(QStringLiteral("light_%1").arg(percent));
+    SavePopups(QStringLiteral("light_%1").arg(percent));
+    SetTheme(ThemeKind::Dark);
+    SavePopups(QStringLiteral("dark_%1").arg(percent));
   }
   SetTheme(ThemeKind::Dark);
   SetScale(100);

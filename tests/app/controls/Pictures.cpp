@@ -71,6 +71,20 @@ TEST(Icons, OfActionsFollowTheThemeAndTheScale) {
   EXPECT_EQ(ink(QIcon::Normal, QIcon::Off), ThemeOf(ThemeKind::Light).tx1);
 }
 
+TEST(Icons, OfMessagesHaveTheColourOfTheirWeight) {
+  const auto has = [](Sign sign, const QColor& colour) {
+    const QImage drawn = SignIcon(sign).pixmap(QSize(32, 32)).toImage();
+    int found = 0;
+    for (int y = 0; y < 32; ++y)
+      for (int x = 0; x < 32; ++x) found += drawn.pixelColor(x, y) == colour;
+    return found >= 10;
+  };
+  EXPECT_TRUE(has(Sign::Error, th().err));
+  EXPECT_TRUE(has(Sign::Warning, th().warn));
+  EXPECT_TRUE(has(Sign::Question, th().acc));
+  EXPECT_TRUE(has(Sign::Information, th().acc));
+}
+
 TEST(Icons, TheProgramHasOneInAllSizes) {
   for (const int side : {16, 32, 48, 256})
     EXPECT_EQ(ApplicationIcon().pixmap(side, side).size(), QSize(side, side));
