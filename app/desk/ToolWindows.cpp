@@ -13,8 +13,8 @@ namespace Sonarello {
 namespace {
 
 /// The free areas of all screens, the main one first.
-std::vector<TPlace> ScreenPlaces() {
-  std::vector<TPlace> places;
+std::vector<TFormPlace> ScreenPlaces() {
+  std::vector<TFormPlace> places;
   const QScreen* const first = QGuiApplication::primaryScreen();
   const auto add = [&places](const QScreen& screen) {
     const QRect area = screen.availableGeometry();
@@ -34,8 +34,8 @@ std::string Key(std::string_view name, std::string_view what) {
 
 void RestorePlace(QWidget& window, const IRegistryStore& store, std::string_view name, QSize usual) {
   const TStoredPlace stored = LoadWindowPlace(store, name);
-  TPlace place{stored.Left, stored.Top, store.ReadInteger("", Key(name, "Width"), usual.width()),
-               store.ReadInteger("", Key(name, "Height"), usual.height())};
+  TFormPlace place{stored.Left, stored.Top, store.ReadInteger("", Key(name, "Width"), usual.width()),
+                   store.ReadInteger("", Key(name, "Height"), usual.height())};
   const QSize least = window.minimumSize().expandedTo(window.minimumSizeHint());
   place = CheckFormLayout(place, ScreenPlaces(), least.width(), least.height());
   window.resize(place.Width, place.Height);

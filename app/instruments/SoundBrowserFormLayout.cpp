@@ -163,13 +163,13 @@ void TSoundBrowserForm::RestorePlace() {
   placedFor = browser.Instrument();
   const TBrowserSettings stored = browser.Settings();
   const bool isSized = stored.PatchesFormHeight != TBrowserSettings().PatchesFormHeight;
-  TPlace place{stored.PatchesFormLeft, stored.PatchesFormTop, m.px(UsualWidth),
-               isSized ? stored.PatchesFormHeight : m.px(UsualHeight)};
-  std::vector<TPlace> screens;
+  TFormPlace place{stored.PatchesFormLeft, stored.PatchesFormTop, m.px(UsualWidth),
+                   isSized ? stored.PatchesFormHeight : m.px(UsualHeight)};
+  std::vector<TFormPlace> screens;
   const QScreen* const first = QGuiApplication::primaryScreen();
   for (const QScreen* const screen : QGuiApplication::screens()) {
     const QRect area = screen->availableGeometry();
-    const TPlace free{area.left(), area.top(), area.width(), area.height()};
+    const TFormPlace free{area.left(), area.top(), area.width(), area.height()};
     screens.insert(screen == first ? screens.begin() : screens.end(), free);
   }
   place = CheckFormLayout(place, screens, m.px(LeastWidth), m.px(LeastHeight));

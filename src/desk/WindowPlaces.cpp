@@ -18,7 +18,7 @@ long long Shared(long long start1, long long length1, long long start2, long lon
   return std::min(start1 + length1, start2 + length2) - std::max(start1, start2);
 }
 
-bool CanBeHeld(const TPlace& place, const TPlace& screen) {
+bool CanBeHeld(const TFormPlace& place, const TFormPlace& screen) {
   const long long width = Shared(place.Left, place.Width, screen.Left, screen.Width);
   const long long height =
       Shared(place.Top, std::min<long long>(TitleHeight, place.Height), screen.Top, screen.Height);
@@ -26,19 +26,19 @@ bool CanBeHeld(const TPlace& place, const TPlace& screen) {
 }
 
 /// How far a window is from a screen; less than 0 the more of it is on it.
-long long Distance(const TPlace& place, const TPlace& screen) {
+long long Distance(const TFormPlace& place, const TFormPlace& screen) {
   const long long x = Shared(place.Left, place.Width, screen.Left, screen.Width);
   const long long y = Shared(place.Top, place.Height, screen.Top, screen.Height);
   if (x > 0 && y > 0) return -x * y;
   return std::max(0LL, -x) + std::max(0LL, -y);
 }
 
-const TPlace& NearestScreen(const TPlace& place, std::span<const TPlace> screens) {
+const TFormPlace& NearestScreen(const TFormPlace& place, std::span<const TFormPlace> screens) {
   return *std::ranges::min_element(screens, {},
-                                   [&](const TPlace& screen) { return Distance(place, screen); });
+                                   [&](const TFormPlace& screen) { return Distance(place, screen); });
 }
 
-void FitSize(TPlace& place, const TPlace& screen, int leastWidth, int leastHeight) {
+void FitSize(TFormPlace& place, const TFormPlace& screen, int leastWidth, int leastHeight) {
   place.Width = std::max(std::min(place.Width, screen.Width), leastWidth);
   place.Height = std::max(std::min(place.Height, screen.Height), leastHeight);
 }
@@ -49,10 +49,11 @@ int Inside(int start, int length, int screenStart, int screenLength) {
   return static_cast<int>(std::max<long long>(screenStart, std::min<long long>(start, last)));
 }
 
-void BringToScreen(TPlace& place, std::span<const TPlace> screens, int leastWidth, int leastHeight) {
-  const TPlace& screen = NearestScreen(place, screens);
+void BringToScreen(TFormPlace& place, std::span<const TFormPlace> screens, int leastWidth,
+                   int leastHeight) {
+  const TFormPlace& screen = NearestScreen(place, screens);
   FitSize(place, screen, leastWidth, leastHeight);
-  const auto held = [&](const TPlace& one) { return CanBeHeld(place, one); };
+  const auto held = [&](const TFormPlace& one) { return CanBeHeld(place, one); };
   if (std::ranges::any_of(screens, held)) return;
   place.Left = Inside(place.Left, place.Width, screen.Left, screen.Width);
   place.Top = Inside(place.Top, place.Height, screen.Top, screen.Height);
@@ -155,10 +156,11 @@ std::string KeyOf(std::string_view window, std::string_view what) {
 
 }  // namespace
 
-TPlace CheckFormLayout(TPlace place, std::span<const TPlace> screens, int leastWidth, int leastHeight) {
+TFormPlace CheckFormLayout(TFormPlace place, std::span<const TFormPlace> screens, int leastWidth,
+                           int leastHeight) {
   if (screens.empty()) return place;
   if (place.Left == NotPlaced || place.Top == NotPlaced) {
-    const TPlace& main = screens.front();
+    const TFormPlace& main = screens.front();
     FitSize(place, main, leastWidth, leastHeight);
     place.Left = main.Left + std::max(0, (main.Width - place.Width) / 2);
     place.Top = main.Top + std::max(0, (main.Height - place.Height) / 2);
@@ -166,7 +168,7 @@ TPlace CheckFormLayout(TPlace place, std::span<const TPlace> screens, int leastW
   }
   // A window that shrinks to its screen may come nearer to another, which then is its screen.
   for (std::size_t i = 0; i <= screens.size(); ++i) {
-    const TPlace before = place;
+    const TFormPlace before = place;
     BringToScreen(place, screens, leastWidth, leastHeight);
     if (place == before) break;
   }

@@ -11,12 +11,12 @@
 namespace Sonarello {
 
 /// A rectangle of the desktop, in its pixels; the main screen need not begin at 0, 0.
-struct TPlace {
+struct TFormPlace {
   int Left = 0;
   int Top = 0;
   int Width = 0;
   int Height = 0;
-  bool operator==(const TPlace&) const = default;
+  bool operator==(const TFormPlace&) const = default;
 };
 
 /// A coordinate of a window that was never placed.
@@ -27,8 +27,8 @@ inline constexpr int NotPlaced = -9999;
 /// of the main screen. One too large for its screen shrinks to it, but not below `leastWidth` and
 /// `leastHeight`. One whose title bar (the top 32 pixels) shows less than 64 by 16 pixels on any single
 /// screen moves onto the screen nearest to it; all others stay. Without a screen nothing changes.
-[[nodiscard]] TPlace CheckFormLayout(TPlace place, std::span<const TPlace> screens, int leastWidth = 1,
-                                     int leastHeight = 1);
+[[nodiscard]] TFormPlace CheckFormLayout(TFormPlace place, std::span<const TFormPlace> screens,
+                                         int leastWidth = 1, int leastHeight = 1);
 
 /// Whose sub-key holds a window's place.
 enum class TPlaceOwner : std::uint8_t {

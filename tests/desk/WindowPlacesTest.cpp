@@ -8,68 +8,69 @@
 
 namespace Sonarello {
 
-void PrintTo(const TPlace& place, std::ostream* out) {
+void PrintTo(const TFormPlace& place, std::ostream* out) {
   *out << place.Left << ',' << place.Top << ' ' << place.Width << 'x' << place.Height;
 }
 
 namespace {
 
-constexpr TPlace Main{0, 30, 1920, 1050};
-constexpr TPlace LeftScreen{-1280, 0, 1280, 1024};
-constexpr TPlace Upper{0, -1080, 1920, 1080};
-constexpr TPlace Three[] = {Main, LeftScreen, Upper};
-constexpr std::span<const TPlace> One{&Main, 1};
+constexpr TFormPlace Main{0, 30, 1920, 1050};
+constexpr TFormPlace LeftScreen{-1280, 0, 1280, 1024};
+constexpr TFormPlace Upper{0, -1080, 1920, 1080};
+constexpr TFormPlace Three[] = {Main, LeftScreen, Upper};
+constexpr std::span<const TFormPlace> One{&Main, 1};
 
 TEST(CheckFormLayout, PutsAWindowThatWasNeverPlacedIntoTheMiddleOfTheMainScreen) {
-  EXPECT_EQ(CheckFormLayout({NotPlaced, NotPlaced, 1000, 720}, Three), (TPlace{460, 195, 1000, 720}));
-  EXPECT_EQ(CheckFormLayout({NotPlaced, 5, 1000, 720}, Three), (TPlace{460, 195, 1000, 720}));
-  EXPECT_EQ(CheckFormLayout({5, NotPlaced, 1000, 720}, Three), (TPlace{460, 195, 1000, 720}));
-  EXPECT_EQ(CheckFormLayout({NotPlaced, NotPlaced, 3000, 2000}, One), (TPlace{0, 30, 1920, 1050}));
+  EXPECT_EQ(CheckFormLayout({NotPlaced, NotPlaced, 1000, 720}, Three),
+            (TFormPlace{460, 195, 1000, 720}));
+  EXPECT_EQ(CheckFormLayout({NotPlaced, 5, 1000, 720}, Three), (TFormPlace{460, 195, 1000, 720}));
+  EXPECT_EQ(CheckFormLayout({5, NotPlaced, 1000, 720}, Three), (TFormPlace{460, 195, 1000, 720}));
+  EXPECT_EQ(CheckFormLayout({NotPlaced, NotPlaced, 3000, 2000}, One), (TFormPlace{0, 30, 1920, 1050}));
 }
 
 TEST(CheckFormLayout, LeavesAWindowThatCanBeTakenHoldOf) {
-  for (const TPlace place :
-       {TPlace{100, 100, 800, 600}, TPlace{-1200, 10, 800, 600}, TPlace{300, -1000, 800, 600},
-        TPlace{-400, 50, 800, 600}, TPlace{1800, 100, 800, 600}, TPlace{100, 1060, 800, 600},
-        TPlace{-1300, -8, 800, 600}})
+  for (const TFormPlace place : {TFormPlace{100, 100, 800, 600}, TFormPlace{-1200, 10, 800, 600},
+                                 TFormPlace{300, -1000, 800, 600}, TFormPlace{-400, 50, 800, 600},
+                                 TFormPlace{1800, 100, 800, 600}, TFormPlace{100, 1060, 800, 600},
+                                 TFormPlace{-1300, -8, 800, 600}})
     EXPECT_EQ(CheckFormLayout(place, Three), place);
 }
 
 TEST(CheckFormLayout, MovesAWindowOfAScreenThatIsGoneOntoTheOneThatIsLeft) {
-  EXPECT_EQ(CheckFormLayout({-1200, 100, 800, 600}, One), (TPlace{0, 100, 800, 600}));
-  EXPECT_EQ(CheckFormLayout({5000, 5000, 800, 600}, One), (TPlace{1120, 480, 800, 600}));
-  EXPECT_EQ(CheckFormLayout({300, -1000, 800, 600}, One), (TPlace{300, 30, 800, 600}));
+  EXPECT_EQ(CheckFormLayout({-1200, 100, 800, 600}, One), (TFormPlace{0, 100, 800, 600}));
+  EXPECT_EQ(CheckFormLayout({5000, 5000, 800, 600}, One), (TFormPlace{1120, 480, 800, 600}));
+  EXPECT_EQ(CheckFormLayout({300, -1000, 800, 600}, One), (TFormPlace{300, 30, 800, 600}));
 }
 
 TEST(CheckFormLayout, MovesAWindowToTheNearestScreen) {
-  EXPECT_EQ(CheckFormLayout({-2500, 100, 800, 600}, Three), (TPlace{-1280, 100, 800, 600}));
-  EXPECT_EQ(CheckFormLayout({2500, -900, 800, 600}, Three), (TPlace{1120, -900, 800, 600}));
+  EXPECT_EQ(CheckFormLayout({-2500, 100, 800, 600}, Three), (TFormPlace{-1280, 100, 800, 600}));
+  EXPECT_EQ(CheckFormLayout({2500, -900, 800, 600}, Three), (TFormPlace{1120, -900, 800, 600}));
 }
 
 TEST(CheckFormLayout, MovesAWindowWhoseTitleBarIsOutOfReach) {
   // The title lies above the only screen, though the rest of the window shows.
-  EXPECT_EQ(CheckFormLayout({100, -20, 800, 600}, One), (TPlace{100, 30, 800, 600}));
+  EXPECT_EQ(CheckFormLayout({100, -20, 800, 600}, One), (TFormPlace{100, 30, 800, 600}));
   // 40 pixels of the title are too few to take hold of.
-  EXPECT_EQ(CheckFormLayout({1880, 100, 800, 600}, One), (TPlace{1120, 100, 800, 600}));
-  EXPECT_EQ(CheckFormLayout({100, 1070, 800, 600}, One), (TPlace{100, 480, 800, 600}));
+  EXPECT_EQ(CheckFormLayout({1880, 100, 800, 600}, One), (TFormPlace{1120, 100, 800, 600}));
+  EXPECT_EQ(CheckFormLayout({100, 1070, 800, 600}, One), (TFormPlace{100, 480, 800, 600}));
 }
 
 TEST(CheckFormLayout, ShrinksAWindowToItsScreenButNotBelowItsLeastSize) {
-  EXPECT_EQ(CheckFormLayout({10, 40, 4000, 3000}, One), (TPlace{10, 40, 1920, 1050}));
-  EXPECT_EQ(CheckFormLayout({10, 40, 100, 100}, One, 860, 600), (TPlace{10, 40, 860, 600}));
-  EXPECT_EQ(CheckFormLayout({10, 40, 4000, 3000}, One, 2304, 1296), (TPlace{10, 40, 2304, 1296}));
-  EXPECT_EQ(CheckFormLayout({-5000, 0, 3000, 3000}, One, 2304, 1296), (TPlace{0, 30, 2304, 1296}));
+  EXPECT_EQ(CheckFormLayout({10, 40, 4000, 3000}, One), (TFormPlace{10, 40, 1920, 1050}));
+  EXPECT_EQ(CheckFormLayout({10, 40, 100, 100}, One, 860, 600), (TFormPlace{10, 40, 860, 600}));
+  EXPECT_EQ(CheckFormLayout({10, 40, 4000, 3000}, One, 2304, 1296), (TFormPlace{10, 40, 2304, 1296}));
+  EXPECT_EQ(CheckFormLayout({-5000, 0, 3000, 3000}, One, 2304, 1296), (TFormPlace{0, 30, 2304, 1296}));
 }
 
 TEST(CheckFormLayout, CountsNoTitleThatTwoScreensShareInPieces) {
-  const TPlace halves[] = {{0, 0, 50, 500}, {50, 600, 800, 500}};
-  const TPlace moved = CheckFormLayout({10, 0, 40, 300}, halves);
-  EXPECT_EQ(moved, (TPlace{10, 0, 40, 300}));
-  EXPECT_EQ(CheckFormLayout({10, 100, 300, 300}, halves), (TPlace{0, 100, 50, 300}));
+  const TFormPlace halves[] = {{0, 0, 50, 500}, {50, 600, 800, 500}};
+  const TFormPlace moved = CheckFormLayout({10, 0, 40, 300}, halves);
+  EXPECT_EQ(moved, (TFormPlace{10, 0, 40, 300}));
+  EXPECT_EQ(CheckFormLayout({10, 100, 300, 300}, halves), (TFormPlace{0, 100, 50, 300}));
 }
 
 TEST(CheckFormLayout, ChangesNothingWithoutAScreen) {
-  const TPlace place{-5, NotPlaced, 10, 10};
+  const TFormPlace place{-5, NotPlaced, 10, 10};
   EXPECT_EQ(CheckFormLayout(place, {}), place);
 }
 
@@ -80,12 +81,12 @@ TEST(CheckFormLayout, AnyPlaceEndsWhereItCanBeSeen) {
   std::uniform_int_distribution<int> size(-10, 5000);
   for (int i = 0; i < 20000; ++i) {
     const bool far = i % 4 == 0;
-    const TPlace place{far ? coordinate(random) : near(random), far ? coordinate(random) : near(random),
-                       size(random), size(random)};
-    const TPlace now = CheckFormLayout(place, Three, 200, 100);
+    const TFormPlace place{far ? coordinate(random) : near(random),
+                           far ? coordinate(random) : near(random), size(random), size(random)};
+    const TFormPlace now = CheckFormLayout(place, Three, 200, 100);
     EXPECT_EQ(CheckFormLayout(now, Three, 200, 100), now);
     bool seen = false;
-    for (const TPlace& screen : Three)
+    for (const TFormPlace& screen : Three)
       seen |= now.Left + 64 <= screen.Left + screen.Width && now.Left + now.Width >= screen.Left + 64 &&
               now.Top + 32 >= screen.Top + 16 && now.Top + 16 <= screen.Top + screen.Height;
     EXPECT_TRUE(seen) << testing::PrintToString(place) << " -> " << testing::PrintToString(now);
