@@ -37,6 +37,12 @@ TSoundBrowserForm::~TSoundBrowserForm() {
 }
 
 void TSoundBrowserForm::ConnectParts() {
+  ConnectLists();
+  ConnectSearch();
+  ConnectButtons();
+}
+
+void TSoundBrowserForm::ConnectLists() {
   connect(banks, &BankChoice::bankChosen, this, &TSoundBrowserForm::ShowBank);
   connect(LB_Categories->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& now) {
@@ -48,16 +54,19 @@ void TSoundBrowserForm::ConnectParts() {
           });
   connect(LB_Sounds, &SoundView::heardAgain, this,
           [this](const QModelIndex& index) { Choose(sounds.PlaceOf(index.row())); });
-  for (SoundView* view : {LB_Categories, LB_Sounds})
-    connect(view, &SoundView::typed, this, [this](const QString& text) {
-      E_SelectSoundName->setFocus(Qt::OtherFocusReason);
-      E_SelectSoundName->setText(text);
-    });
   connect(&sounds, &SoundTableModel::renamed, this, &TSoundBrowserForm::Rename, Qt::QueuedConnection);
   connect(LB_Sounds, &QWidget::customContextMenuRequested, this,
           [this](const QPoint& at) { L_VoicesMouseDown(LB_Sounds->viewport()->mapToGlobal(at)); });
   connect(LB_Sounds->header(), &QWidget::customContextMenuRequested, this,
           [this](const QPoint& at) { L_VoicesMouseDown(LB_Sounds->header()->mapToGlobal(at)); });
+}
+
+void TSoundBrowserForm::ConnectSearch() {
+  for (SoundView* view : {LB_Categories, LB_Sounds})
+    connect(view, &SoundView::typed, this, [this](const QString& text) {
+      E_SelectSoundName->setFocus(Qt::OtherFocusReason);
+      E_SelectSoundName->setText(text);
+    });
   connect(E_SelectSoundName, &QLineEdit::textChanged, this, &TSoundBrowserForm::Search);
   connect(E_SelectSoundName, &SearchField::stepped, Panel_SoundsCover, &SearchPanel::Step);
   connect(E_SelectSoundName, &SearchField::accepted, this, [this] {
@@ -72,6 +81,9 @@ void TSoundBrowserForm::ConnectParts() {
     E_SelectSoundName->setFocus(Qt::ShortcutFocusReason);
     E_SelectSoundName->selectAll();
   });
+}
+
+void TSoundBrowserForm::ConnectButtons() {
   connect(Btn_OldVoice, &VoiceCard::clicked, this, [this] {
     browser.Btn_OldVoiceClick();
     AfterChoice();

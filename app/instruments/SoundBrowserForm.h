@@ -60,6 +60,9 @@ class TSoundBrowserForm : public QWidget {
   void MakeParts();
   void MakeRows();
   void ConnectParts();
+  void ConnectLists();
+  void ConnectSearch();
+  void ConnectButtons();
   void FillNotes();
   void LayOut();
   void PlaceSearch();
