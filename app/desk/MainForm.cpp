@@ -92,18 +92,20 @@ void TMainForm::BuildMenu() {
 }
 
 void TMainForm::StartTimers() {
-  const auto every = [this](QTimer& timer, int interval, void (TMainForm::*job)()) {
+  const auto every = [this](QTimer& timer, const char* name, int interval, void (TMainForm::*job)()) {
+    timer.setParent(this);
+    timer.setObjectName(QLatin1String(name));
     timer.setInterval(interval);
     connect(&timer, &QTimer::timeout, this, job);
   };
   DisplayTimer.setTimerType(Qt::PreciseTimer);
-  every(DisplayTimer, DisplayInterval, &TMainForm::DisplayTimerTimer);
-  every(SlidersTimer, SlidersInterval, &TMainForm::SlidersUpdateTimer);
-  every(SetupTimer, SetupInterval, &TMainForm::SetupTimerTimer);
-  every(AutoloadTimer, AutoloadInterval, &TMainForm::AutoloadTimerTimer);
-  every(AutoBackupTimer, TAutoBackup::Interval, &TMainForm::AutoBackupTimerTimer);
-  every(MidiInMonitorTimer, MidiInInterval, &TMainForm::MidiInMonitorTimerTimer);
-  every(VelocityTimer, VelocityRepeat, &TMainForm::VelocityTimerTimer);
+  every(DisplayTimer, "DisplayTimer", DisplayInterval, &TMainForm::DisplayTimerTimer);
+  every(SlidersTimer, "SlidersUpdateTimer", SlidersInterval, &TMainForm::SlidersUpdateTimer);
+  every(SetupTimer, "SetupTimer", SetupInterval, &TMainForm::SetupTimerTimer);
+  every(AutoloadTimer, "AutoloadTimer", AutoloadInterval, &TMainForm::AutoloadTimerTimer);
+  every(AutoBackupTimer, "AutoBackupTimer", TAutoBackup::Interval, &TMainForm::AutoBackupTimerTimer);
+  every(MidiInMonitorTimer, "MidiInMonitorTimer", MidiInInterval, &TMainForm::MidiInMonitorTimerTimer);
+  every(VelocityTimer, "VelocityTimer", VelocityRepeat, &TMainForm::VelocityTimerTimer);
 }
 
 void TMainForm::Start(const std::string& autoload) {
