@@ -136,7 +136,8 @@ void ChannelStrip::showState() {
   for (QWidget* part :
        std::initializer_list<QWidget*>{soloButton, muteButton, velocityStepper, octaveStepper})
     part->setEnabled(playable);
-  recordButton->setEnabled(shown.Song);  // what is recorded here gives the channel its first notes
+  // What is recorded here gives a channel its first notes.
+  recordButton->setEnabled(shown.Song && shown.NoRecord.isEmpty());
   plate->setEnabled(shown.Song);
   meter->setGround(ground(), Bar::Opacity(!playable        ? Bar::Dim::Noteless
                                           : shown.Silent() ? Bar::Dim::Muted

@@ -72,7 +72,11 @@ void ChannelStrip::showTips() {
   tip(soloButton, QText("Solo", "Solo") + QLatin1Char('\n') + allOff, QStringLiteral("S"));
   tip(muteButton, QText("Stumm\nMit Strg: alle Stummschaltungen aus", "Mute\nWith Ctrl: all mutes off"),
       QStringLiteral("M"));
-  tip(recordButton, QText("Aufnahme auf diesem Kanal", "Record on this channel"), QStringLiteral("R"));
+  const QString record = QText("Aufnahme auf diesem Kanal", "Record on this channel");
+  if (shown.Song && !shown.NoRecord.isEmpty())
+    recordButton->setToolTip(Tip(record, shown.NoRecord, QString()));
+  else
+    tip(recordButton, record, QStringLiteral("R"));
   tip(velocityStepper,
       QText("Anschlag\nMit Strg: Bereich einstellen", "Velocity\nWith Ctrl: set the range"),
       QStringLiteral("+, −"));

@@ -22,6 +22,7 @@ struct StripView {
   bool MutedBySolo = false;  ///< another channel's solo mutes it
   bool Armed = false;
   bool Recording = false;
+  QString NoRecord = {};  ///< why nothing can be recorded; empty: the button works
 
   [[nodiscard]] bool Redirected() const { return WireChannel != Channel; }
   [[nodiscard]] bool Silent() const { return Mute || MutedBySolo; }

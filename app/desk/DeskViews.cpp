@@ -36,6 +36,11 @@ QString SpokenPart(const std::string& part) {
 
 }  // namespace
 
+QString NoRecording() {
+  return QText("Die Aufnahme gehört noch nicht zu dieser Version",
+               "Recording is not part of this version yet");
+}
+
 LyricView LyricViewOf(const TLyricLines& lyrics, const TLyricMoment& moment, bool german) {
   LyricView view;
   view.chord = ChordName(lyrics, moment.Chord, german);

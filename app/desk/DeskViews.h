@@ -8,6 +8,9 @@
 
 namespace Sonarello {
 
+/// Why nothing can be recorded.
+[[nodiscard]] QString NoRecording();
+
 /// The lyric bar at a moment. `german`: chords with H.
 [[nodiscard]] LyricView LyricViewOf(const TLyricLines& lyrics, const TLyricMoment& moment, bool german);
 

@@ -1,6 +1,7 @@
 // The main window's transport, and what follows the song's position.
 #include "app/controls/QtText.h"
 #include "app/controls/StripRow.h"
+#include "app/desk/DeskViews.h"
 #include "app/desk/MainForm.h"
 #include "app/panels/LoopPanel.h"
 #include "app/panels/LyricBar.h"
@@ -21,11 +22,6 @@ namespace {
 
 constexpr int WindStep = 500;  ///< ms of the song for each tick of winding
 constexpr int MostMeasures = 999;
-
-QString NoRecording() {
-  return QText("Die Aufnahme gehört noch nicht zu dieser Version",
-               "Recording is not part of this version yet");
-}
 
 }  // namespace
 

@@ -44,10 +44,7 @@ void TMainForm::ConnectStrips() {
   });
   connect(stripRow, &StripRow::allSoloOff, this, [&strips] { strips.MuteSolo.ClearSolos(); });
   connect(stripRow, &StripRow::allMuteOff, this, [&strips] { strips.MuteSolo.ClearMutes(); });
-  connect(stripRow, &StripRow::recPressed, this, [this] {
-    Status(QText("Die Aufnahme gehört noch nicht zu dieser Version",
-                 "Recording is not part of this version yet"));
-  });
+  connect(stripRow, &StripRow::recPressed, this, [this] { Status(NoRecording()); });
   connect(stripRow, &StripRow::velocityPressed, this, [this, &strips](int c, int direction) {
     const int next = strips.Velocities.VelocityDown(c, direction);
     if (next > 0) VelocityTimer.start(next);
@@ -108,7 +105,9 @@ void TMainForm::ShowStrip(int strip) {
                             .Solo = at.Solo,
                             .Mute = at.Mute && !at.MutedBySolo,
                             .MutedBySolo = at.MutedBySolo,
-                            .Armed = at.Rec});
+                            .Armed = at.Rec,
+                            .Recording = false,
+                            .NoRecord = NoRecording()});
 }
 
 void TMainForm::ShowStrips() {
