@@ -2,7 +2,6 @@
 
 #include <QAccessible>
 #include <QEvent>
-#include <QGuiApplication>
 
 #include "app/controls/Icons.h"
 #include "app/controls/Painting.h"
@@ -127,11 +126,6 @@ void RoutesTable::RefreshRow(const OptionsEdit& edit, int route) {
   if (!inUse && !open) return;
   FillCombo(*row.Instrument, InstrumentNames(), edit.Route(route).Instrument);
   FillCombo(*row.Output, edit.OutputChoices(route), edit.Route(route).OutputName);
-  QPalette ink = QGuiApplication::palette();
-  if (row.Instrument->currentIndex() < 0)
-    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::ButtonText})
-      ink.setColor(QPalette::All, role, th().tx3);
-  row.Instrument->setPalette(ink);
   row.Instrument->setToolTip(open ? row.Instrument->currentText() : why);
   row.Output->setToolTip(open ? row.Output->currentText() : why);
   for (QWidget* widget : {static_cast<QWidget*>(row.Instrument), static_cast<QWidget*>(row.Output),

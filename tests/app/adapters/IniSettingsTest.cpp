@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
@@ -152,6 +153,21 @@ TEST_F(Ini, BringsItsChangesIntoAFileThatAnotherProgramChanged) {
   EXPECT_TRUE(now.contains("SourcePath=/theirs"));
   EXPECT_TRUE(now.contains("DestPath=/ours"));
   EXPECT_TRUE(now.contains("Lang=de"));
+}
+
+TEST_F(Ini, ReplacesItsFileAsAWholeAndNeverWritesIntoIt) {
+  IniSettings settings(file);
+  settings.WriteString("", "Lang", "de");
+  ASSERT_TRUE(settings.Flush());
+  const QByteArray before = OnDisk();
+  const QString same = folder.filePath(QStringLiteral("same"));
+  ASSERT_EQ(link(QFile::encodeName(file).constData(), QFile::encodeName(same).constData()), 0);
+  settings.WriteString("", "Lang", "en");
+  ASSERT_TRUE(settings.Flush());
+  EXPECT_TRUE(OnDisk().contains("Lang=en"));
+  QFile old(same);
+  ASSERT_TRUE(old.open(QIODevice::ReadOnly));
+  EXPECT_EQ(old.readAll(), before);
 }
 
 TEST_F(Ini, LeavesNothingBesideItsFile) {
