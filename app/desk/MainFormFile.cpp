@@ -180,13 +180,14 @@ void TMainForm::AutoloadTimerTimer() {
 
 void TMainForm::closeEvent(QCloseEvent* event) {
   if (busy) return event->ignore();
+  // A sound that was only tried out is no change to save.
+  p.work.browser.Btn_CancelClick();
   const bool modified = p.work.desk.song.MidiFileLoaded && p.work.desk.IsModified();
   if (p.work.desk.settings.ConfirmTerminate && !modified &&
       !p.messages.Ask(TerminateQuestion(), QText("Beenden", "Quit"), QText("Abbrechen", "Cancel")))
     return event->ignore();
   if (!MayLeaveSong()) return event->ignore();
   if (p.work.desk.IsPlaying()) StopClick();
-  p.work.browser.Btn_CancelClick();
   StoreWindows();
   windows->HideAll();
   p.work.Close();

@@ -21,7 +21,10 @@ Workplace::Workplace(const TDeskParts& parts, const std::string& dataPath)
       store(parts.store) {
   desk.options.DataPath = dataPath;
   desk.Observers.push_back(this);
-  desk.LeavingSong = [this] { browser.LetGo(); };
+  desk.LeavingSong = [this] { browser.Btn_CancelClick(); };
+  desk.SortSounds = [this](int instrumValue) {
+    return BrowserLoadSettings(store, desk.options, instrumValue).SortSounds;
+  };
   desk.WindowHooks.WritePendingBackup = [this](Song&) { backup.Tick(); };
   desk.WindowHooks.CloseEditors = [this](Song&) { undo.Forget(); };
   desk.WindowHooks.ReadLyrics = [this](Song& song) { lyrics.ReadAndShowLyrics(song); };
