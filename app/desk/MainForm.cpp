@@ -69,6 +69,8 @@ TMainForm::TMainForm(const TMainFormParts& parts) : p(parts), midiIn(parts.midi)
   SongChanged();
   RoutesChanged();
   UpdateSwitches();
+  ShowEffects();
+  ShowLyrics();
   AllFormsCreated = true;
 }
 

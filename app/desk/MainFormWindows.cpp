@@ -28,16 +28,8 @@ QString RegistryFilter() { return QText("Registrierungsdateien (*.reg)", "Regist
 
 void TMainForm::ShowSettings() {
   Desk& desk = p.work.desk;
-  TOptionsInput input{.SongOptions = desk.options,
-                      .Desk = desk.settings,
-                      .Routes = {},
-                      .Outputs = desk.OutputNames(),
-                      .Inputs = desk.InputNames()};
-  for (std::size_t r = 0; r < input.Routes.size(); ++r) {
-    const TMidiRouting& route = desk.Routes().MidiRouteLoad[r];
-    input.Routes[r] = {route.Instrument, route.OutputName};
-  }
-  optionsForm->ShowOptions(std::move(input));
+  StoreSettings(p.store, desk.options, desk.settings);
+  optionsForm->ShowOptions(LoadOptionsInput(p.store, desk.OutputNames(), desk.InputNames()));
 }
 
 void TMainForm::ApplyOptions(const TOptionChanges& changes) {

@@ -1,7 +1,6 @@
 #include "app/desk/NewMidiDataForm.h"
 
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QPushButton>
 #include <QSpinBox>
@@ -34,17 +33,23 @@ TNewMidiDataForm::TNewMidiDataForm(QWidget* parent)
   form->addRow(QText("Auflösung pro Viertel", "Resolution per quarter"), timeBase);
   form->addRow(QText("Taktart", "Time signature"), signature);
   form->addRow(QText("Tempo", "Tempo"), tempo);
-  auto* const buttons = new QDialogButtonBox(this);
-  buttons->addButton(QText("Abbrechen", "Cancel"), QDialogButtonBox::RejectRole);
-  buttons->addButton(QText("Anlegen", "Create"), QDialogButtonBox::AcceptRole)->setDefault(true);
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* const cancel = new QPushButton(QText("Abbrechen", "Cancel"), this);
+  auto* const create = new QPushButton(QText("Anlegen", "Create"), this);
+  create->setDefault(true);
+  for (QPushButton* const button : {cancel, create}) button->setMinimumWidth(metrics().px(104));
+  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+  connect(create, &QPushButton::clicked, this, &QDialog::accept);
+  auto* const buttons = new QHBoxLayout;
+  buttons->setSpacing(metrics().px(8));
+  buttons->addStretch();
+  buttons->addWidget(cancel);
+  buttons->addWidget(create);
   auto* const all = new QVBoxLayout(this);
   const int margin = metrics().px(20);
   all->setContentsMargins(margin, margin, margin, margin);
   all->setSpacing(metrics().px(16));
   all->addLayout(form);
-  all->addWidget(buttons);
+  all->addLayout(buttons);
   setMinimumWidth(metrics().px(420));
 }
 

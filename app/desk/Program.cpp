@@ -66,7 +66,11 @@ Program::Program(const TProgramPlaces& places, const std::string& first)
                                                       .manual = places.Manual});
 }
 
-Program::~Program() = default;
+Program::~Program() {
+  // What could not be written at the end is told as well; there is no window any more to tell it in.
+  store.Flush();
+  store.Report(messages);
+}
 
 void Program::ChooseLanguage() {
   DeskSettings settings;

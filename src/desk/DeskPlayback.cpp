@@ -77,7 +77,7 @@ void Desk::BuildRoutes() {
   {
     const auto held = gate.Enter();
     std::vector<TInstrumentSlot> slots = SlotsOf(host);
-    routes.Build(OutDevices(ports.OutputNames(), slots), slots, 0);
+    routes.Build(OutDevices(ports.OutputNames(), slots), slots, settings.VirtualSynthDelay);
     for (std::size_t slot = 0; slot < slots.size(); ++slot)
       host.SetRoute(static_cast<int>(slot), slots[slot].MidiRoutingIdx);
     for (std::uint8_t& route : song.MidiOutIndex)

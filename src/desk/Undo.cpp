@@ -90,8 +90,8 @@ class TUndo::TBackup {
   }
 
   void CopyTrack(const TMyTrack& track) {
-    TBackupTrack kept;
-    kept.TrkName = track.TrkName;
+    TBackupTrack copied;
+    copied.TrkName = track.TrkName;
     for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr; e = Following(e)) {
       const PtrMidiEvent copy = NewCopy(song.Pool, *e);
       if (MidiTrackBackup.TrkFirstEvent == nullptr) {
@@ -102,18 +102,18 @@ class TUndo::TBackup {
       }
       if (const auto found = copies.find(e); found != copies.end()) found->second = copy;
     }
-    kept.TrkFirstEvent = std::exchange(MidiTrackBackup.TrkFirstEvent, nullptr);
-    kept.TrkLastEvent = std::exchange(MidiTrackBackup.TrkLastEvent, nullptr);
-    kept.TrkEventCounter = std::exchange(MidiTrackBackup.TrkEventCounter, 0);
-    kept.TrkPlayEvent = CopyOf(track.TrkPlayEvent).value_or(nullptr);
-    kept.TrkLoopStart = CopyOf(track.TrkLoopStart).value_or(nullptr);
-    kept.TrkDelay = track.TrkDelay;
-    kept.TrkListIndex = track.TrkListIndex;
-    kept.TrkNoteOnCnt = track.TrkNoteOnCnt;
-    kept.TrkMidiIndex = track.TrkMidiIndex;
-    kept.TrkPatchNumber = track.TrkPatchNumber;
-    kept.TrkIgnore = track.TrkIgnore;
-    Tracks.push_back(std::move(kept));
+    copied.TrkFirstEvent = std::exchange(MidiTrackBackup.TrkFirstEvent, nullptr);
+    copied.TrkLastEvent = std::exchange(MidiTrackBackup.TrkLastEvent, nullptr);
+    copied.TrkEventCounter = std::exchange(MidiTrackBackup.TrkEventCounter, 0);
+    copied.TrkPlayEvent = CopyOf(track.TrkPlayEvent).value_or(nullptr);
+    copied.TrkLoopStart = CopyOf(track.TrkLoopStart).value_or(nullptr);
+    copied.TrkDelay = track.TrkDelay;
+    copied.TrkListIndex = track.TrkListIndex;
+    copied.TrkNoteOnCnt = track.TrkNoteOnCnt;
+    copied.TrkMidiIndex = track.TrkMidiIndex;
+    copied.TrkPatchNumber = track.TrkPatchNumber;
+    copied.TrkIgnore = track.TrkIgnore;
+    Tracks.push_back(std::move(copied));
   }
 
   [[nodiscard]] std::optional<PtrMidiEvent> CopyOf(PtrMidiEvent e) const {
