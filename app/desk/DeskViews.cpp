@@ -58,11 +58,11 @@ LyricView LyricViewOf(const TLyricLines& lyrics, const TLyricMoment& moment, boo
   return view;
 }
 
-EffectsView EffectsViewOf(const TEffectRow& effects) {
+EffectsView EffectsViewOf(const TEffectRow& effects, bool song) {
   EffectsView view;
   for (const TEffectCell& cell : effects.Cells) {
     EffectView shown{.block = ToQt(cell.BlockName()),
-                     .effect = ToQt(cell.EffectName),
+                     .effect = song ? ToQt(cell.EffectName) : QString(),
                      .part = ToQt(cell.Part),
                      .spokenPart = SpokenPart(cell.Part),
                      .on = cell.On,

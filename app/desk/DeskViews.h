@@ -14,7 +14,8 @@ namespace Sonarello {
 /// The lyric bar at a moment. `german`: chords with H.
 [[nodiscard]] LyricView LyricViewOf(const TLyricLines& lyrics, const TLyricMoment& moment, bool german);
 
-/// The cells of the effect row. None opens: their editors are not part of this version.
-[[nodiscard]] EffectsView EffectsViewOf(const TEffectRow& effects);
+/// The cells of the effect row; without a song nothing is known of them. None opens: their editors are
+/// not part of this version.
+[[nodiscard]] EffectsView EffectsViewOf(const TEffectRow& effects, bool song);
 
 }  // namespace Sonarello

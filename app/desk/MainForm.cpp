@@ -267,7 +267,9 @@ void TMainForm::TimesChanged() {
 
 void TMainForm::ShowLyrics() {
   shownLine = -2;
-  const bool any = p.work.lyrics.HasLyrics() || p.work.lyrics.HasChords();
+  // A desk without a song has all of its rows, as the song to come may need them.
+  const bool any =
+      !p.work.desk.song.MidiFileLoaded || p.work.lyrics.HasLyrics() || p.work.lyrics.HasChords();
   lyricBar->setVisible(any && p.work.desk.settings.ShowLyrics);
   if (!busy) ShowLyricMoment(p.work.desk.Player().TimePosition);
   Arrange();

@@ -148,7 +148,7 @@ void TMainForm::ControllerChanged(int channel, int number, int) {
 
 void TMainForm::ShowEffects() {
   if (busy) return;
-  effectRow->SetView(EffectsViewOf(p.work.effects));
+  effectRow->SetView(EffectsViewOf(p.work.effects, p.work.desk.song.MidiFileLoaded));
   effectRow->setVisible(showEffects && effectRow->HasCells());
   Arrange();
 }
