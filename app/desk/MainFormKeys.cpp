@@ -41,6 +41,8 @@ bool TakesPages(const QWidget* focus) {
 }  // namespace
 
 bool TMainForm::eventFilter(QObject* watched, QEvent* event) {
+  // A page key that winds is let go somewhere else then.
+  if (event->type() == QEvent::FocusOut && winding) EndWind();
   const bool press = event->type() == QEvent::KeyPress;
   if (!press && event->type() != QEvent::KeyRelease) return QMainWindow::eventFilter(watched, event);
   const auto* const widget = qobject_cast<QWidget*>(watched);
@@ -49,7 +51,7 @@ bool TMainForm::eventFilter(QObject* watched, QEvent* event) {
       QApplication::activePopupWidget() != nullptr || QApplication::activeModalWidget() != nullptr)
     return QMainWindow::eventFilter(watched, event);
   const auto& key = static_cast<QKeyEvent&>(*event);
-  if (key.modifiers() != Qt::NoModifier && key.modifiers() != Qt::KeypadModifier)
+  if (press && key.modifiers() != Qt::NoModifier && key.modifiers() != Qt::KeypadModifier)
     return QMainWindow::eventFilter(watched, event);
   if (press ? PlayKeyPressed(key, *widget) : PlayKeyReleased(key)) return true;
   return QMainWindow::eventFilter(watched, event);
