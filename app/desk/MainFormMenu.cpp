@@ -16,6 +16,8 @@
 namespace Sonarello {
 
 void TMainForm::MenuChosen(std::string_view name) {
+  // Shortcuts reach their entries also while the windows take no input.
+  if (busy) return;
   using Handler = std::function<void(TMainForm&)>;
   static const std::map<std::string_view, Handler> handlers = {
       {"MMS_About", [](TMainForm& f) { TAboutForm(QStringLiteral(SONARELLO_VERSION), &f).exec(); }},
