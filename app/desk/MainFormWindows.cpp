@@ -43,13 +43,20 @@ void TMainForm::ApplyOptions(const TOptionChanges& changes) {
   p.work.backup.AutoBackupEnabled = desk.settings.AutoBackupEnabled;
   p.work.browser.SetGrabMidiDriver(desk.settings.GrabMidiDriver);
   if (changes.Has(TOptionChange::Theme) || changes.Has(TOptionChange::Scale)) ApplyAppearance();
+  // The browser shows the lists of an instrument that may change or go.
+  if (changes.Has(TOptionChange::Routes) || changes.Has(TOptionChange::Sounds))
+    p.work.browser.Btn_CancelClick();
   if (changes.Has(TOptionChange::Routes)) {
     desk.Routes().LoadSettings(p.store, desk.options.MultiMidi);
     desk.BuildRoutes();
   }
+  if (changes.Has(TOptionChange::Sounds)) desk.ReloadSounds();
   if (changes.Has(TOptionChange::Display)) ShowLyrics();
+  if (changes.Has(TOptionChange::Recording)) ListenToMidiIn();
   ShowStrips();
+  ShowTranspose();
   ShowStatus();
+  UpdateMenu();
   if (changes.Has(TOptionChange::Language))
     p.messages.Show(TMessageKind::Note, Text("Die Sprache ändert sich mit dem nächsten Start.",
                                              "The language changes with the next start."));
@@ -82,11 +89,17 @@ void TMainForm::ImportSettings() {
                                          this, QText("Einstellungen importieren", "Import settings"),
                                          ToQt(p.documents), RegistryFilter());
   if (name.isEmpty()) return;
+  const std::string instrument = p.work.desk.Routes().MidiRouteLoad[0].Instrument;
   if (!ImportSettingsFile(p.store, PathOf(name), p.messages)) return;
+  showEffects = p.store.ReadBool("", "EffectRowVis", true);
+  ShowEffects();
   TOptionChanges all;
-  all.Flags =
-      static_cast<unsigned>(TOptionChange::Theme) | static_cast<unsigned>(TOptionChange::Scale) |
-      static_cast<unsigned>(TOptionChange::Routes) | static_cast<unsigned>(TOptionChange::Display);
+  for (const TOptionChange change :
+       {TOptionChange::Theme, TOptionChange::Scale, TOptionChange::Routes, TOptionChange::Sounds,
+        TOptionChange::Recording, TOptionChange::Display})
+    all.Flags |= static_cast<unsigned>(change);
+  if (p.store.ReadString("", "MidiInstrument00", instrument) != instrument)
+    all.Flags |= static_cast<unsigned>(TOptionChange::MainInstrument);
   all.Keys = {"*"};
   ApplyOptions(all);
   p.work.recent.Load(p.store);

@@ -124,6 +124,8 @@ class Desk {
   [[nodiscard]] const TMidiRouting& RouteOf(int channel) const;
   /// Loads the tables of the instruments in use; for `sorted` see the loading of lists.
   void LoadSounds();
+  /// Loads them anew, as an option that the lists depend on has changed. No browser is open.
+  void ReloadSounds();
   [[nodiscard]] SoundSets& Sounds() noexcept { return sounds; }
   [[nodiscard]] TSendMidiData Sender();
 

@@ -104,6 +104,13 @@ void Desk::LoadSounds() {
   for (const std::string& text : collector.Shown) parts.messages.Show(text);
 }
 
+void Desk::ReloadSounds() {
+  for (const TMidiRouting& route : routes.MidiRouting()) sounds.Unload(route.InstrumValue);
+  LoadSounds();
+  for (int channel = 0; channel < ChannelCount; ++channel)
+    Tell([channel](SongObserver& o) { o.SoundChanged(channel); });
+}
+
 std::vector<std::string> Desk::OutputNames() const {
   const std::vector<TInstrumentSlot> slots = SlotsOf(host);
   std::vector<std::string> result;
