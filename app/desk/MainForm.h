@@ -121,6 +121,8 @@ class TMainForm : public QMainWindow, private SongObserver {
   void SaveAs(int format);
   bool MayLeaveSong();
   bool ReadAside(const std::function<bool()>& read);
+  /// Reads a song and shows it; with wishes a new one is made. A refused file leaves the song.
+  bool ReadSong(const std::string& file, const TNewSong* wishes = nullptr);
   void OfferRecovery();
   void AutoloadTimerTimer();
   void AutoBackupTimerTimer();

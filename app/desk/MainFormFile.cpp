@@ -53,15 +53,24 @@ bool TMainForm::ReadAside(const std::function<bool()>& read) {
   return opened;
 }
 
-bool TMainForm::OpenFile(const std::string& file) {
-  if (busy || !MayLeaveSong()) return false;
+bool TMainForm::ReadSong(const std::string& file, const TNewSong* wishes) {
   Desk& desk = p.work.desk;
+  EndWind();
   desk.LeaveSong();
-  const bool opened = ReadAside([&] { return desk.ReadSong(file); });
+  const bool opened = ReadAside([&] { return desk.ReadSong(file, wishes); });
   desk.ShowSong();
+  // A song that stayed, as the file was refused, was stopped.
+  ShowLevels(false);
+  ShowTransport();
+  ShowPosition();
   p.work.SongOpened(opened);
-  if (opened) Status(QText("Geöffnet", "Opened"));
   return opened;
+}
+
+bool TMainForm::OpenFile(const std::string& file) {
+  if (busy || !MayLeaveSong() || !ReadSong(file)) return false;
+  Status(QText("Geöffnet", "Opened"));
+  return true;
 }
 
 void TMainForm::MMF_OpenMidifileClick() {
@@ -83,12 +92,8 @@ void TMainForm::MMF_NewMidifileClick() {
   if (busy || !MayLeaveSong()) return;
   TNewMidiDataForm wishes(this);
   if (wishes.exec() != QDialog::Accepted) return;
-  Desk& desk = p.work.desk;
   const TNewSong song = wishes.Wishes();
-  desk.LeaveSong();
-  const bool made = ReadAside([&] { return desk.ReadSong({}, &song); });
-  desk.ShowSong();
-  p.work.SongOpened(made);
+  ReadSong({}, &song);
 }
 
 void TMainForm::MMF_PropertiesClick() {

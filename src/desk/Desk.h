@@ -79,8 +79,9 @@ class Desk {
   /// Opens a file (path, UTF-8). A file that is refused leaves the song that is there; why was shown.
   bool OpenMidiFile(const std::string& file);
   bool NewMidiFile(const TNewSong& wishes);
-  /// The two steps of opening: stops the player and lets go of the old song's displays; reads, on any
-  /// thread; shows. `ReadSong` is true if the new song is in the store.
+  /// The steps of opening: stops the player and lets go of the old song's displays; reads, on any
+  /// thread; shows. `ReadSong` is true if the new song is in the store. Behind a file that was refused
+  /// `ShowSong` has nothing to show: the song stays as the user left it.
   void LeaveSong();
   bool ReadSong(const std::string& file, const TNewSong* wishes = nullptr);
   void ShowSong();
@@ -167,6 +168,7 @@ class Desk {
   TNewSong newSong;
   std::string noteCheck;
   bool modified = false;
+  bool replaced = false;  ///< the last reading put another song into the store, or none
   bool ready = false;
 
  public:

@@ -38,16 +38,18 @@ bool Desk::NewMidiFile(const TNewSong& wishes) {
 }
 
 void Desk::LeaveSong() {
-  if (IsPlaying()) player.Stop();
+  if (IsPlaying()) StopButtonClick();
   keys.Release();
   player.EndAllNotes();
   if (LeavingSong) LeavingSong();
 }
 
 bool Desk::ReadSong(const std::string& file, const TNewSong* wishes) {
+  replaced = false;
   try {
     // The store holds one song: a file that will be refused must not cost the one that is there.
     if (wishes == nullptr && song.MidiFileLoaded && !IsReadable(file)) return false;
+    replaced = true;
     if (wishes != nullptr) newSong = *wishes;
     noteCheck.clear();
     names.ForgetFindings();
@@ -65,6 +67,7 @@ bool Desk::ReadSong(const std::string& file, const TNewSong* wishes) {
 }
 
 void Desk::ShowSong() {
+  if (!replaced) return;
   transpose.SongChanged();
   rerouting.LastRoutedChannel = 255;
   routes.UpdateVSTiUse(song);
