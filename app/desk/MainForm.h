@@ -11,35 +11,21 @@
 
 #include "app/adapters/QtMessages.h"
 #include "app/desk/Aside.h"
+#include "app/desk/DeskPanels.h"
 #include "app/desk/MainMenu.h"
 #include "desk/MidiInMonitor.h"
 #include "desk/Workplace.h"
 
 namespace Sonarello {
 
-class Banner;
-class ControllerPanel;
-class DropCard;
-class EffectRow;
-class FilePanel;
-class LoopPanel;
-class LyricBar;
-class PositionDisplay;
-class SongSlider;
-class StatusBar;
-class StripRow;
 class TAutoRevoicerForm;
-class TempoPanel;
 class TOptionsForm;
 class ToolWindows;
 class TPatchesForm;
-class TransportPanel;
-class TransposePanel;
 class TSoundBrowserForm;
 class TVirtualKeysForm;
 class UpdateCheck;
 class VelocityEditor;
-class WindowSwitches;
 struct TOptionChanges;
 
 /// What the main window stands on. Everything outlives it.
@@ -56,7 +42,7 @@ struct TMainFormParts {
 
 /// Owner of the windows: connects the controls of the desk and the menus with the logic. Handlers bear
 /// the names of their entries.
-class TMainForm : public QMainWindow, private SongObserver {
+class TMainForm : public QMainWindow, private SongObserver, private TDeskPanels {
   Q_OBJECT
 
  public:
@@ -208,23 +194,6 @@ class TMainForm : public QMainWindow, private SongObserver {
 
   TMainFormParts p;
   std::unique_ptr<MainMenu> menu;
-  QWidget* content = nullptr;
-  Banner* banner = nullptr;
-  TransportPanel* transport = nullptr;
-  PositionDisplay* display = nullptr;
-  TempoPanel* tempo = nullptr;
-  TransposePanel* transposePanel = nullptr;
-  FilePanel* filePanel = nullptr;
-  SongSlider* slider = nullptr;
-  LoopPanel* loopPanel = nullptr;
-  StripRow* stripRow = nullptr;
-  ControllerPanel* controller = nullptr;
-  EffectRow* effectRow = nullptr;
-  LyricBar* lyricBar = nullptr;
-  StatusBar* status = nullptr;
-  DropCard* card = nullptr;
-  WindowSwitches* switches = nullptr;
-
   std::unique_ptr<TSoundBrowserForm> browserForm;
   std::unique_ptr<TPatchesForm> patchesForm;
   std::unique_ptr<TAutoRevoicerForm> revoicerForm;
