@@ -129,6 +129,7 @@ class TMainForm : public QMainWindow, private SongObserver, private TDeskPanels 
   void LoopClick();
   void SetLoop(std::int32_t start, std::int32_t end);
   void ConnectSlider();
+  void ShowSliderMenu(const QPoint& at);
   void WindBy(int milliseconds);
   void EndWind();
   void DisplayTimerTimer();

@@ -1,4 +1,6 @@
 // The main window's transport, and what follows the song's position.
+#include <QMenu>
+
 #include "app/controls/QtText.h"
 #include "app/controls/StripRow.h"
 #include "app/desk/DeskViews.h"
@@ -80,6 +82,9 @@ void TMainForm::ConnectSlider() {
     const TPositionView at = p.work.desk.strips.Position.At(static_cast<std::int32_t>(ms));
     return SpokenPosition(at.Measure, at.Beat);
   });
+  slider->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(slider, &QWidget::customContextMenuRequested, this,
+          [this](const QPoint& at) { ShowSliderMenu(slider->mapToGlobal(at)); });
   connect(slider, &SongSlider::pressed, this, [this, &desk] {
     seeking = true;
     desk.slider.TrackBarMouseDown();
@@ -98,6 +103,32 @@ void TMainForm::ConnectSlider() {
   connect(slider, &SongSlider::loopMoved, this, [this](qint64 start, qint64 end) {
     SetLoop(static_cast<std::int32_t>(start), static_cast<std::int32_t>(end));
   });
+}
+
+void TMainForm::ShowSliderMenu(const QPoint& at) {
+  if (busy) return;
+  QMenu popup(this);
+  popup.setObjectName(QStringLiteral("PopupMenu_Copy"));
+  popup.setToolTipsVisible(true);
+  const auto later = [&popup](const char* name, const QString& text) {
+    QAction* const item = popup.addAction(text);
+    item->setObjectName(QString::fromLatin1(name));
+    item->setEnabled(false);
+    item->setToolTip(QText("Die Bereichs-Werkzeuge gehören noch nicht zu dieser Version",
+                           "The range tools are not part of this version yet"));
+  };
+  later("PMC_CopyStartPosition", QText("Kopieren: Anfang hier", "Copy: start here"));
+  later("PMC_CopyEndPosition", QText("Kopieren: Ende hier", "Copy: end here"));
+  later("PMC_CopyDestPosition", QText("Kopieren: Ziel hier", "Copy: destination here"));
+  popup.addSeparator();
+  later("PMC_DeleteStartPosition", QText("Löschen: Anfang hier", "Delete: start here"));
+  later("PMC_DeleteEndPosition", QText("Löschen: Ende hier", "Delete: end here"));
+  popup.addSeparator();
+  QAction* const undo = popup.addAction(ToQt(p.work.undo.MenuText()));
+  undo->setObjectName(QStringLiteral("PMC_Undo"));
+  undo->setEnabled(p.work.undo.IsEnabled());
+  connect(undo, &QAction::triggered, this, [this] { p.work.undo.Undo(); });
+  popup.exec(at);
 }
 
 void TMainForm::PlayClick() {

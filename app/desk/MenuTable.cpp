@@ -11,6 +11,12 @@ using enum MenuNeeds;
 constexpr TMenuEntry Separator{};
 constexpr TMenuEntry End{"<", {}, {}, {}, Nothing, {}, {}};
 
+constexpr std::string_view NoExportGerman =
+    "Die Ausgabe als WAV oder MP3 gehört noch nicht zu dieser Version; \"sonarello-cli render\" "
+    "schreibt WAV";
+constexpr std::string_view NoExportEnglish =
+    "Export as WAV or MP3 is not part of this version yet; \"sonarello-cli render\" writes WAV";
+
 constexpr TMenuEntry Entries[] = {
     {"Sonarello>", "Sonarello", "Sonarello", {}, Nothing, {}, {}},
     {"MMS_About", "Über Sonarello", "About Sonarello", {}, Nothing, {}, {}},
@@ -59,14 +65,23 @@ constexpr TMenuEntry Entries[] = {
     {"MMF_SaveFileAsFormat1", "Format 1", "Format 1", "Shift+F4", Song, {}, {}},
     End,
     Separator,
-    {"MMF_AudioProduction",
-     "Audioproduktion",
-     "Audio Production",
+    {"MMF_AudioProduction>", "Audioproduktion", "Audio Production", {}, Nothing, {}, {}},
+    {"MMF_ExportWAV16", "WAV 16 Bit", "WAV 16 Bit", {}, Room, NoExportGerman, NoExportEnglish},
+    {"MMF_ExportWAV16d",
+     "WAV 16 Bit, Dither",
+     "WAV 16 Bit, Dither",
      {},
      Room,
-     "Die Ausgabe als WAV oder MP3 gehört noch nicht zu dieser Version; \"sonarello-cli render\" "
-     "schreibt WAV",
-     "Export as WAV or MP3 is not part of this version yet; \"sonarello-cli render\" writes WAV"},
+     NoExportGerman,
+     NoExportEnglish},
+    {"MMF_ExportWAV32", "WAV 32 Bit", "WAV 32 Bit", {}, Room, NoExportGerman, NoExportEnglish},
+    Separator,
+    {"MMF_MP3Export128", "MP3 128 kBit/s", "MP3 128 kBit/s", {}, Room, NoExportGerman, NoExportEnglish},
+    {"MMF_MP3Export160", "MP3 160 kBit/s", "MP3 160 kBit/s", {}, Room, NoExportGerman, NoExportEnglish},
+    {"MMF_MP3Export192", "MP3 192 kBit/s", "MP3 192 kBit/s", {}, Room, NoExportGerman, NoExportEnglish},
+    {"MMF_MP3Export256", "MP3 256 kBit/s", "MP3 256 kBit/s", {}, Room, NoExportGerman, NoExportEnglish},
+    {"MMF_MP3Export320", "MP3 320 kBit/s", "MP3 320 kBit/s", {}, Room, NoExportGerman, NoExportEnglish},
+    End,
     {"MMF_MultiMode",
      "Multi-Mode",
      "Multi Mode",
