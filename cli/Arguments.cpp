@@ -158,6 +158,31 @@ void AddDrums(CLI::App& app, Arguments& a) {
       Text("Kit: Name oder Teil davon", "Kit: its name or a part of it"), "TEXT");
 }
 
+/// What stands in a command's help in front of its options.
+void Label(CLI::App& app, const std::string& positionals) {
+  const auto formatter = app.get_formatter();
+  formatter->column_width(34);
+  formatter->label("Usage", Text("Aufruf", "Usage"));
+  formatter->label("OPTIONS", Text("OPTIONEN", "OPTIONS"));
+  formatter->label("SUBCOMMAND", Text("KOMMANDO", "COMMAND"));
+  formatter->label("Positionals", positionals);
+  app.option_defaults()->group(Text("Optionen", "Options"));
+}
+
+void AddExplain(CLI::App& app, Arguments& a) {
+  CLI::App* explain = AddCommand(
+      app, a, "explain", Text("Sagt, was Sysex-Meldungen bedeuten", "Tells what sysex messages are"));
+  explain->formatter(std::make_shared<CLI::Formatter>());
+  Label(*explain, Text("Meldungen", "Messages"));
+  explain
+      ->add_option("HEX", a.Sysexs,
+                   Text("Bytes hinter F0, hexadezimal; ohne sie eine Meldung je Zeile der "
+                        "Standardeingabe",
+                        "Bytes behind F0, hexadecimal; without them a message per line of standard "
+                        "input"))
+      ->type_name("");
+}
+
 void AddNew(CLI::App& app, Arguments& a) {
   CLI::App* create =
       AddCommand(app, a, "new", Text("Schreibt einen neuen, leeren Song", "Writes a new, empty song"));
@@ -258,16 +283,6 @@ void ChooseLanguage(const std::vector<std::string>& arguments) {
 
 namespace {
 
-void Label(CLI::App& app) {
-  const auto formatter = app.get_formatter();
-  formatter->column_width(34);
-  formatter->label("Usage", Text("Aufruf", "Usage"));
-  formatter->label("OPTIONS", Text("OPTIONEN", "OPTIONS"));
-  formatter->label("SUBCOMMAND", Text("KOMMANDO", "COMMAND"));
-  formatter->label("Positionals", Text("Dateien", "Files"));
-  app.option_defaults()->group(Text("Optionen", "Options"));
-}
-
 void AddCommands(CLI::App& app, Arguments& a) {
   AddShow(app, a);
   AddEvents(app, a);
@@ -283,6 +298,7 @@ void AddCommands(CLI::App& app, Arguments& a) {
   AddSounds(app, a);
   AddName(app, a);
   AddDrums(app, a);
+  AddExplain(app, a);
   AddPlaybackCommands(app, a);
 }
 
@@ -307,7 +323,7 @@ ParsedArguments ParseArguments(const std::vector<std::string>& arguments) {
       Text("Sonarello ohne Fenster: MIDI-Dateien öffnen, an ein Instrument anpassen, speichern",
            "Sonarello without windows: opens MIDI files, fits them to an instrument, saves them"),
       "sonarello-cli");
-  Label(app);
+  Label(app, Text("Dateien", "Files"));
   AddCommonOptions(app, a);
   app.set_version_flag("--version", "sonarello-cli " SONARELLO_VERSION,
                        Text("Zeigt die Version", "Shows the version"));

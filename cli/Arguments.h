@@ -43,6 +43,8 @@ struct Arguments {
   std::string Bits = "16";  ///< render: 16, 16d or 32
 
   std::string Kit;  ///< drums: name of a kit or a part of it; may be empty
+
+  std::vector<std::string> Sysexs;  ///< explain: bytes as hexadecimal words; empty for standard input
 };
 
 /// Either what to do, or that the program is done: with a help text, or with a complaint.

@@ -22,5 +22,6 @@ int InstrumentsCommand(const Arguments& arguments, const Setup& setup, Console& 
 int SoundsCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int NameCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int DrumsCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int ExplainCommand(const Arguments& arguments, const Setup& setup, Console& console);
 
 }  // namespace Sonarello

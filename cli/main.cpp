@@ -22,7 +22,7 @@ constexpr CommandRow CommandRows[] = {
     {"sounds", SoundsCommand},   {"name", NameCommand},
     {"drums", DrumsCommand},     {"ports", PortsCommand},
     {"play", PlayCommand},       {"render", RenderCommand},
-    {"monitor", MonitorCommand},
+    {"monitor", MonitorCommand}, {"explain", ExplainCommand},
 };
 
 int Complain(Console& console, const std::string& complaint) {
