@@ -10,6 +10,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "Explain.h"
 #include "Floors.h"
 #include "Measure.h"
 #include "Player.h"
@@ -149,6 +150,11 @@ void MeasureNames(const Arguments& arguments) {
   std::printf("%.9f %.0f %.12f %.12f", figures.Load, figures.Bytes, figures.LookUp, figures.MapLookUp);
 }
 
+void MeasureExplaining() {
+  const ExplainFigures figures = MeasureExplain();
+  std::printf("%.9f %.9f %.9f", figures.Random, figures.Known, figures.RuleByRule);
+}
+
 void MeasurePlaying(const Arguments& arguments) {
   const PlayerFigures figures = MeasurePlayer(arguments.at(1), Instrument(arguments));
   std::printf("%.9f %.9f %.9f %.12f %.12f", figures.Walk, figures.Move, figures.Tempo, figures.Pass,
@@ -182,6 +188,8 @@ bool Measure(const Arguments& arguments) {
     MeasurePlaying(arguments);
   else if (what == "sounds")
     MeasureNames(arguments);
+  else if (what == "explain")
+    MeasureExplaining();
   else if (what == "memory")
     MeasureMemory(arguments);
   else

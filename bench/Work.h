@@ -19,6 +19,8 @@ namespace Sonarello::Bench {
 ///   of
 ///                                     tempo, of a pass with nothing due
 ///   render FILE                       seconds of our render, of the bare synthesizer, and of sound
+///   explain                           seconds to explain 100,000 random sysexes, as many that rules
+///                                     know, and these with every rule tried
 ///   memory FILE INSTRUMENT            bytes of resident memory that the open song takes
 /// INSTRUMENT is a catalogue number. False for anything else.
 bool Measure(const std::vector<std::string>& arguments);

@@ -235,6 +235,23 @@ void MeasureNames(Report& report, const WorkFolder& folder, int rounds) {
   }
 }
 
+void MeasureSysexs(Report& report, int rounds) {
+  std::printf("sysexes in words\n");
+  Figures random, known;
+  Series index, ruleByRule;
+  for (int round = 0; round < rounds; ++round) {
+    const Figures figures = InFreshProcess({"measure", "explain"});
+    random.push_back(figures.at(0));
+    known.push_back(figures.at(1));
+    index.Add(figures.at(1));
+    ruleByRule.Add(figures.at(2));
+  }
+  report.Row("explain 100,000 random sysexes, seconds", Median(random), Limit::AtMost, .2, "");
+  report.Row("explain 100,000 known sysexes, seconds", Median(known), Limit::AtMost, .2, "");
+  report.Row("explain by the index / rule by rule", index.Over(ruleByRule), Limit::AtMost, .25,
+             Against(index, ruleByRule));
+}
+
 void MeasureShapes(Report& report, const WorkFolder& folder, int rounds) {
   std::printf("ten times the size\n");
   MeasureGrowth(report, "1,000,000 events of a usual mixture",
@@ -280,6 +297,7 @@ int Run(const Wishes& wishes) {
   }());
   MeasureSong(report, song, wishes.rounds);
   MeasureNames(report, folder, wishes.rounds);
+  MeasureSysexs(report, wishes.rounds);
   MeasurePlayback(report, song, wishes.rounds);
   MeasureRenders(report, folder, std::min(wishes.rounds, 5));
   if (wishes.shapes) MeasureShapes(report, folder, std::min(wishes.rounds, 5));

@@ -34,4 +34,8 @@ void FuzzRegistry(Input input);
 /// A time base, tempi, signatures and places: positions go to texts and back.
 void FuzzPosition(Input input);
 
+/// A byte that chooses: a sysex is explained as by trying rule by rule; or a text of rules, up to a
+/// zero, is read, and the bytes behind that are explained by them.
+void FuzzExplain(Input input);
+
 }  // namespace Sonarello::Fuzz

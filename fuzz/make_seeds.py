@@ -223,6 +223,27 @@ REGISTRY = {
 }
 
 
+# Messages that rules know, and texts of rules with a message behind each.
+SYSEXS = {
+    "gm": "7e7f0901f7", "gs": "41104212 40007f0041f7", "xg": "43104c00007e00f7", "dream": "4100421240101501f7",
+    "roland-part": "41104212401915021af7", "roland-efx": "4110421240030001 10f7", "roland-on": "4110421240412201f7",
+    "ketron": "267b0f000900f7", "korg": "427f600001001000030000f7", "bk9": "4110000054121800204401f7",
+    "integra": "41100000641218002029 05f7", "integra-eq": "4110000064121800500300f7",
+    "motif-es": "43107f00360222 40f7", "motif-es-part": "43107f0037031e02f7", "motif-xf": "43107f1237031f41f7",
+    "motif-xs": "43107f03400321 0000f7", "system": "43104c02016e40f7", "dsp": "43104c03073240f7",
+    "genos": "43104c03133240f7", "eq": "43104c02400540f7", "part": "43104c08094b40f7", "offset": "43104c0a094540f7",
+    "drum": "43104c30240b40f7", "vocal": "43104c04002040f7",
+    "organ": "437301060b00000106 080807070706080708000000000000010900000000f7",
+    "organ-part": "437301060b0000010603 080807070706080708000000000000010900f7",
+    "organ-block": "43730111005010 080807070706080708000000000000010900000000f7",
+}
+RULES = {
+    "table": b'table A\n  "x"\n  "y"\n\n01 02-03 "n{1-2:A}"\n\0\1\3',
+    "under": b'under 01 ** "a{1&15+1}"\nunder 02 ... 00 "b"\n  10-14/2 "c{2}"\nedited 01 end "d"\n\0\1\2\x12',
+    "faults": b'under\n  "x"\n1 "a"\n02-01 "b"\n01 "{9}"\n01 "{0:Z}"\n01 "}{"\n... "a"\n\0\1',
+}
+
+
 def write(target, name, data):
     folder = os.path.join(HERE, target)
     os.makedirs(folder, exist_ok=True)
@@ -243,6 +264,10 @@ def main():
         write("fuzz_registry", name, data)
     for name, data in POSITIONS.items():
         write("fuzz_position", name, data)
+    for name, text in SYSEXS.items():
+        write("fuzz_explain", name, b"\0" + bytes.fromhex(text))
+    for name, text in RULES.items():
+        write("fuzz_explain", "rules-" + name, b"\1" + text)
 
 
 if __name__ == "__main__":

@@ -95,6 +95,8 @@ TEST(SysexExplainYamaha, MotifESEffects) {
   Number(master, "Yamaha Motif ES - Master FX Parameter ", 0x02, 0x20, 2);
   ExpectFamily("43 10 7F 00 36 11", master);
   ExpectMotifEqualizer(MotifES);
+  EXPECT_EQ(Explain("43 10 7F 00 36 10 00 40 F7"), "Yamaha Motif ES - Master EQ 1 Gain");
+  EXPECT_EQ(Explain("43 10 7F 00 36 10 08 40 F7"), "Yamaha Motif ES - Master EQ 3 Gain ");
 }
 
 TEST(SysexExplainYamaha, MotifESParts) {
@@ -236,6 +238,7 @@ TEST(SysexExplainYamaha, MasterEqualizer) {
   List(names, "Yamaha Master EQ ", 0x0D, {"4 - Gain", "4 - Frequency", "4 - Q"});
   List(names, "Yamaha Master EQ ", 0x11, {"5 - Gain", "5 - Frequency", "5 - Q", "5 - Shape"});
   ExpectFamily("43 10 4C 02 40", names, "Yamaha Master EQ - Not used");
+  EXPECT_EQ(Explain("43 10 4C 02 40 01 40 F7"), "Yamaha Master EQ 1 - Gain");
 }
 
 TEST(SysexExplainYamaha, Parts) {

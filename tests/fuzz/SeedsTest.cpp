@@ -43,5 +43,6 @@ TEST(FuzzTargets, HoldForTheirMarkers) { RunAll("fuzz_marker", FuzzMarker); }
 TEST(FuzzTargets, HoldForTheirSoundLists) { RunAll("fuzz_list", FuzzList); }
 TEST(FuzzTargets, HoldForTheirRegistryFiles) { RunAll("fuzz_registry", FuzzRegistry); }
 TEST(FuzzTargets, HoldForTheirPositions) { RunAll("fuzz_position", FuzzPosition); }
+TEST(FuzzTargets, HoldForTheirSysexs) { RunAll("fuzz_explain", FuzzExplain); }
 
 }  // namespace Sonarello::Fuzz
