@@ -78,6 +78,8 @@ TMainForm::~TMainForm() {
   std::erase(p.work.desk.Observers, static_cast<SongObserver*>(this));
   p.work.UndoChanged = p.work.RecentChanged = p.work.LyricsChanged = p.work.EffectsChanged = nullptr;
   p.messages.Work.Shown = nullptr;
+  // A field tells what was typed when it loses the focus, even as it ends.
+  for (const QObject* part : content->findChildren<QObject*>()) part->disconnect(this);
   // Windows that this one does not own as children end before the panels that they report to.
   updates.reset();
 }
@@ -261,6 +263,13 @@ void TMainForm::RoutesChanged() {
 
 void TMainForm::TimesChanged() {
   ShowTimes();
+  if (loopEnd > loopStart) {
+    // A loop, on or off, keeps its place among the bars.
+    const TMidiPlayer& player = p.work.desk.Player();
+    loopStart = player.LoopStart;
+    loopEnd = std::min<std::int32_t>(player.LoopEnd, p.work.desk.song.SongLength);
+  }
+  ShowLoop();
   ShowFile();
   ShowPosition();
 }
