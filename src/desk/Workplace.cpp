@@ -62,7 +62,14 @@ void Workplace::WireUndo() {
 
 void Workplace::WireBrowser() {
   browser.Hooks.IsPlaying = [this] { return desk.IsPlaying(); };
-  browser.Hooks.SoundChanged = [this](int channel) { TellSound(channel); };
+  browser.Hooks.SoundChanged = [this](int channel) {
+    // A sound on trial that was saved and then taken back: the file is not the song any more.
+    if (trialSaved && !browser.IsOpen()) {
+      trialSaved = false;
+      desk.Changed();
+    }
+    TellSound(channel);
+  };
   browser.Hooks.Changed = [this] { desk.Changed(); };
   browser.Hooks.DoSolo = [this](int channel) {
     desk.strips.MuteSolo.Btn_Solo00MouseDown(channel, false);
@@ -108,6 +115,7 @@ void Workplace::SongOpened(bool opened) {
 
 bool Workplace::SaveMidiFile(const std::string& file, int format) {
   if (!desk.SaveMidiFile(file, format)) return false;
+  trialSaved = browser.IsOpen() && browser.NewPlace().IsSet();
   recovery.BeginSession(file);
   recent.Add(file);
   recent.Store(store);
@@ -138,6 +146,7 @@ void Workplace::Close() {
 }
 
 void Workplace::SongChanged() {
+  trialSaved = false;
   ReadEffects();
   if (!desk.song.MidiFileLoaded) lyrics.Clear();
   if (LyricsChanged) LyricsChanged();

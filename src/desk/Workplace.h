@@ -72,6 +72,7 @@ class Workplace final : private SongObserver {
   void TellSound(int channel);
 
   IRegistryStore& store;
+  bool trialSaved = false;  ///< the song was saved with a sound that the browser may take back
 };
 
 }  // namespace Sonarello
