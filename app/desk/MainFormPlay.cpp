@@ -190,6 +190,7 @@ void TMainForm::DisplayTimerTimer() {
     ShowLevels(false);
     ShowTransport();
   }
+  p.work.desk.strips.Tempo.TellTaken();
   ShowPosition();
   if (p.work.desk.IsPlaying()) ShowLevels(true);
   DisplayTimerTag = false;

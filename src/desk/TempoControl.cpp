@@ -41,8 +41,8 @@ void TTempoControl::TempoChange() {
     // The song may come to its end meanwhile; with the gate held it cannot.
     const auto held = desk.gate.Enter();
     desk.player.TempoOffset = offset;
-    desk.player.TempoChanged = desk.IsPlaying();
-    if (desk.IsPlaying()) return;
+    desk.player.TempoChanged = untold = desk.IsPlaying();
+    if (untold) return;
     ApplyHere();
   }
   CallHook(desk.Hooks.TempoChange);
@@ -50,6 +50,13 @@ void TTempoControl::TempoChange() {
 
 void TTempoControl::PlayerStopped() {
   if (IsPending() && !desk.IsPlaying()) TempoChange();
+  TellTaken();
+}
+
+void TTempoControl::TellTaken() {
+  if (!untold || IsPending()) return;
+  untold = false;
+  CallHook(desk.Hooks.TempoChange);
 }
 
 void TTempoControl::ApplyHere() {
@@ -69,6 +76,7 @@ void TTempoControl::ApplyHere() {
 
 void TTempoControl::SongChanged() {
   offset = 0;
+  untold = false;
   const auto held = desk.gate.Enter();
   desk.player.TempoOffset = 0;
   desk.player.TempoChanged = false;

@@ -33,6 +33,8 @@ class TTempoControl {
   void TempoChange();
   /// True while a player that played has not taken the offset yet.
   [[nodiscard]] bool IsPending() const { return desk.player.TempoChanged; }
+  /// For the display while the song plays: tells `TempoChange` once the player has taken the offset.
+  void TellTaken();
   /// The player was stopped or has come to the song's end: applies an offset that it did not take.
   void PlayerStopped();
 
@@ -45,6 +47,7 @@ class TTempoControl {
 
   TStripsDesk& desk;
   std::int32_t offset = 0;
+  bool untold = false;  ///< the player was given an offset, and nobody was told of the new times
 };
 
 }  // namespace Sonarello
