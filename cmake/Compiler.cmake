@@ -17,6 +17,11 @@ if(SONARELLO_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${SONARELLO_CCACHE})
 endif()
 
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  # Lets ccache look into precompiled headers.
+  add_compile_options(-fpch-preprocess)
+endif()
+
 # Linked by every library and program of ours.
 add_library(sonarello_flags INTERFACE)
 target_compile_options(sonarello_flags INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
