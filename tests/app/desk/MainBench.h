@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QDialog>
 #include <QMenu>
 #include <QPushButton>
 #include <QTest>
@@ -25,6 +26,7 @@
 #include "app/controls/QtText.h"
 #include "app/controls/StripRow.h"
 #include "app/controls/Theme.h"
+#include "app/controls/TrackBar.h"
 #include "app/desk/MainForm.h"
 #include "core/EventList.h"
 #include "helpers/DeskBench.h"
@@ -103,7 +105,7 @@ class Main : public testing::Test {
                            .midi = midi,
                            .clock = clock,
                            .FindAudio = {},
-                           .LoadSynthesizer = {}};
+                           .LoadSynthesizer = loadSynthesizer};
     work = std::make_unique<Workplace>(parts, folder.File("data") + "/");
     work->Start();
     SetScale(WindowScaleOf(work->desk.settings));
@@ -251,11 +253,12 @@ class Main : public testing::Test {
   QtMessages messages;
   AsideMessages aside{messages};
   std::string manual;
+  std::function<std::unique_ptr<IHostedInstrument>()> loadSynthesizer;  ///< unset: there is none
   std::vector<TMessage> told;
-  std::deque<bool> answers;           ///< to questions; yes when there are no more
-  std::string chosenName;             ///< what the user chooses in a file dialog; empty: cancelled
-  std::string askedIn, suggested;     ///< what file dialogs were told
-  std::vector<std::string> opened;    ///< pages that were opened
+  std::deque<bool> answers;         ///< to questions; yes when there are no more
+  std::string chosenName;           ///< what the user chooses in a file dialog; empty: cancelled
+  std::string askedIn, suggested;   ///< what file dialogs were told
+  std::vector<std::string> opened;  ///< pages that were opened
   bool opens = true;
   std::unique_ptr<Workplace> work;
   std::unique_ptr<TMainForm> form;
