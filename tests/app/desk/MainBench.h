@@ -130,6 +130,9 @@ class Main : public testing::Test {
       return opens;
     };
     form->Start(autoload);
+    // From here on the timers strike when the test says so.
+    for (QTimer* timer : form->findChildren<QTimer*>(QString(), Qt::FindDirectChildrenOnly))
+      if (timer->isActive()) timer->setInterval(std::chrono::hours(1));
     messages.WindowShown(form.get());
     ASSERT_TRUE(QTest::qWaitForWindowExposed(form.get()));
     Settle();

@@ -1,5 +1,6 @@
 // What the desk shows around its strips: lyrics, effects, banner, status, the card without a song.
-#include "app/controls/ParamSlider.h"
+#include <QComboBox>
+
 #include "app/desk/MainBench.h"
 #include "app/options/OptionsForm.h"
 #include "app/options/SegmentChoice.h"
@@ -97,7 +98,7 @@ TEST_F(Rows, WhatWentWrongWithOutputsStandsAboveTheDesk) {
   };
   Begin();
   EXPECT_FALSE(Of<Banner>().isVisible());
-  Fire("SetupTimer");
+  EXPECT_TRUE(Fire("SetupTimer"));
   EXPECT_TRUE(Of<Banner>().isVisible());
   EXPECT_THAT(ToStd(Of<Banner>().text()), HasSubstr("There is no sound font."));
   EXPECT_THAT(told, IsEmpty()) << "no dialog at the start";
@@ -157,11 +158,11 @@ TEST_F(Rows, TheSettingsWindowsOkChangesTheLookOfAll) {
   Choose("MMS_ShowSettings");
   auto& options = Of<TOptionsForm>();
   auto* const skin = options.findChild<SegmentChoice*>(QStringLiteral("SkinIndex"));
-  auto* const scale = options.findChild<SegmentChoice*>(QStringLiteral("ScaleIndex"));
+  auto* const scale = options.findChild<QComboBox*>(QStringLiteral("ScaleIndex"));
   ASSERT_NE(skin, nullptr);
   ASSERT_NE(scale, nullptr);
   Q_EMIT skin->Chosen(1);
-  Q_EMIT scale->Chosen(1);
+  Q_EMIT scale->activated(1);
   EXPECT_EQ(th().kind, ThemeKind::Dark) << "nothing before OK";
   options.Btn_OKClick();
   Settle();

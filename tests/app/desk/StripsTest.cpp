@@ -378,9 +378,12 @@ TEST_F(Strips, WithTheLinkTheActiveFaderTakesTheOthersAlong) {
 
 TEST_F(Strips, RecordTellsThatItIsNotBuilt) {
   BeginWithSong();
+  const QString reason = QStringLiteral("Recording is not part of this version yet");
+  EXPECT_FALSE(Strip(0).record().isEnabled());
+  EXPECT_TRUE(Strip(0).record().toolTip().contains(reason));
   Click(Strip(0).record());
-  EXPECT_TRUE(Of<StatusBar>().LeftParts().contains(
-      QStringLiteral("Recording is not part of this version yet")));
+  Key(Bank(), Qt::Key_R);
+  EXPECT_TRUE(Of<StatusBar>().LeftParts().contains(reason));
   EXPECT_FALSE(Data(0).Rec);
 }
 
