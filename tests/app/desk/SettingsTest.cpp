@@ -1,6 +1,7 @@
 // The settings window as the main window opens it, export and import, scale and appearance.
 #include <QCheckBox>
 #include <QLabel>
+#include <set>
 
 #include "app/controls/LevelMeter.h"
 #include "app/desk/MainBench.h"
@@ -168,12 +169,23 @@ TEST_F(Settings, AMidiInputIsListenedToAtOnce) {
 TEST_F(Settings, ListsAreReadAnewWhereAnOptionOfTheirsChanged) {
   BeginWithSong();
   ASSERT_TRUE(work->browser.Open(0));
-  const SoundSet* const before = TheDesk().Sounds().Find(TheDesk().RouteOf(0).InstrumValue);
-  ASSERT_NE(before, nullptr);
+  std::set<int> channels;
+  bool asked = false;
+  struct Watcher : SongObserver {
+    explicit Watcher(std::set<int>& c) : channels(c) {}
+    void SoundChanged(int channel) override { channels.insert(channel); }
+    std::set<int>& channels;
+  } watcher(channels);
+  TheDesk().Observers.push_back(&watcher);
+  // Whoever reads the lists asks how they are to be sorted.
+  TheDesk().SortSounds = [&](int) { return asked = true; };
   Change("LimexTE200", "1", TOptionChange::Sounds);
+  std::erase(TheDesk().Observers, static_cast<SongObserver*>(&watcher));
+  TheDesk().SortSounds = {};
+  EXPECT_TRUE(asked);
+  EXPECT_EQ(channels.size(), 16U);
   EXPECT_FALSE(work->browser.IsOpen());
   EXPECT_TRUE(TheDesk().options.LimexTE200);
-  EXPECT_NE(TheDesk().Sounds().Find(TheDesk().RouteOf(0).InstrumValue), nullptr);
   EXPECT_FALSE(Strip(0).view().Name.isEmpty());
 }
 
