@@ -69,11 +69,20 @@ class Menu : public Main {
            Entry(name).isChecked();
   }
 
+  using TEffects = std::map<std::string, std::function<bool()>>;
   /// What every entry that can be chosen does; true if it did.
-  std::map<std::string, std::function<bool()>> Effects();
+  TEffects Effects() {
+    TEffects all = ProgramEffects();
+    for (TEffects more : {FileEffects(), ViewEffects(), HelpEffects()}) all.merge(more);
+    return all;
+  }
+  TEffects ProgramEffects();
+  TEffects FileEffects();
+  TEffects ViewEffects();
+  TEffects HelpEffects();
 };
 
-std::map<std::string, std::function<bool()>> Menu::Effects() {
+Menu::TEffects Menu::ProgramEffects() {
   return {
       {"MMS_About", [&] { return Opens("MMS_About", QStringLiteral("AboutForm")); }},
       {"MMS_ShowSettings",
@@ -119,6 +128,11 @@ std::map<std::string, std::function<bool()>> Menu::Effects() {
          form->show();
          return closed;
        }},
+  };
+}
+
+Menu::TEffects Menu::FileEffects() {
+  return {
       {"MMF_OpenMidifile",
        [&] {
          chosenName = folder.Write("another.mid", EightBars());
@@ -141,6 +155,11 @@ std::map<std::string, std::function<bool()>> Menu::Effects() {
          Choose("MME_Undo");
          return !work->undo.IsEnabled() && !Entry("MME_Undo").isEnabled();
        }},
+  };
+}
+
+Menu::TEffects Menu::ViewEffects() {
+  return {
       {"MME_AutoRevoicer", [&] { return Toggles<TAutoRevoicerForm>("MME_AutoRevoicer"); }},
       {"MME_VirtualKeyboard", [&] { return Toggles<TVirtualKeysForm>("MME_VirtualKeyboard"); }},
       {"MMV_Sounds", [&] { return Toggles<TPatchesForm>("MMV_Sounds"); }},
@@ -169,6 +188,11 @@ std::map<std::string, std::function<bool()>> Menu::Effects() {
       {"MMS_Scale130", [&] { return Scales("MMS_Scale130", 130); }},
       {"MMS_Scale150", [&] { return Scales("MMS_Scale150", 150); }},
       {"MMS_Scale100", [&] { return Scales("MMS_Scale100", 100); }},
+  };
+}
+
+Menu::TEffects Menu::HelpEffects() {
+  return {
       {"MMH_Manual",
        [&] {
          opened.clear();
@@ -238,7 +262,8 @@ TEST_F(Menu, EntriesBearTheSystemsNamesAndTexts) {
       {"MMF_Properties", "Properties"},
       {"MMF_NewMidifile", "New midifile"},
       {"MMF_SaveMidifile", "Save midifile"},
-      {"MMF_AudioProduction", "Audio Production"},
+      {"MMF_ExportWAV16", "WAV 16 bit"},
+      {"MMF_MP3Export320", "MP3 320 kbit/s"},
       {"MMF_MultiMode", "Multi Mode"},
       {"MME_KeyEditor", "Key Editor"},
       {"MME_ListEditor", "List Editor"},
