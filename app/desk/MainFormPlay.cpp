@@ -127,6 +127,7 @@ void TMainForm::ShowSliderMenu(const QPoint& at) {
   QAction* const undo = popup.addAction(ToQt(p.work.undo.MenuText()));
   undo->setObjectName(QStringLiteral("PMC_Undo"));
   undo->setEnabled(p.work.undo.IsEnabled());
+  undo->setToolTip(menu->Entry("MME_Undo").toolTip());
   connect(undo, &QAction::triggered, this, [this] { p.work.undo.Undo(); });
   popup.exec(at);
 }
