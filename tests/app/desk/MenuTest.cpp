@@ -9,6 +9,7 @@
 #include "app/options/OptionsForm.h"
 #include "app/panels/EffectRow.h"
 #include "app/panels/LyricBar.h"
+#include "app/panels/SongSlider.h"
 #include "app/playback/VirtualKeysForm.h"
 
 namespace Sonarello {
@@ -329,6 +330,29 @@ TEST_F(Menu, TheUndoEntryNamesItsCommand) {
   EXPECT_EQ(Ctrl(0, 7).Event->Value[1], 100);
   EXPECT_EQ(Entry("MME_Undo").text(), QStringLiteral("Undo"));
   EXPECT_FALSE(Entry("MME_Undo").isEnabled());
+}
+
+TEST_F(Menu, TheMenuOfTheSliderUndoesToo) {
+  BeginWithSong();
+  SongSlider& slider = Of<SongSlider>();
+  const auto open = [&] { Q_EMIT slider.customContextMenuRequested(QPoint(50, 5)); };
+  EXPECT_TRUE(InMenu(open, [](QMenu& popup) {
+    EXPECT_EQ(popup.objectName(), QStringLiteral("PopupMenu_Copy"));
+    for (const QAction* entry : popup.actions()) {
+      if (entry->isSeparator()) continue;
+      EXPECT_FALSE(entry->isEnabled()) << ToStd(entry->text());
+      EXPECT_NE(entry->toolTip(), entry->text());
+      EXPECT_FALSE(entry->toolTip().trimmed().isEmpty()) << ToStd(entry->text());
+    }
+  }));
+  work->undo.BeginRangeCommand(TUndoKind::CopyRange, "Copy Range");
+  EXPECT_TRUE(InMenu(open, [](QMenu& popup) {
+    auto* const undo = popup.findChild<QAction*>(QStringLiteral("PMC_Undo"));
+    ASSERT_NE(undo, nullptr);
+    EXPECT_EQ(undo->text(), QStringLiteral("Undo - Copy Range"));
+    undo->trigger();
+  }));
+  EXPECT_FALSE(work->undo.IsEnabled());
 }
 
 TEST_F(Menu, AnotherSongForgetsTheCommand) {
