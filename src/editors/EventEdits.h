@@ -1,0 +1,147 @@
+// Sonarello: edits in the event list: cells, insertion, deletion, each with its own undo.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/MidiFunctions.h"
+#include "editors/EventRows.h"
+#include "editors/EventUndo.h"
+
+namespace Sonarello {
+
+enum class TCellEditor : std::uint8_t {
+  None,
+  Text,
+  List,          ///< one of the items
+  ListWithText,  ///< one of the items, or a text
+};
+
+/// The editor that a cell wants.
+struct TCellEditing {
+  TCellEditor Editor = TCellEditor::None;
+  std::vector<std::string> Items;
+  std::string Text;  ///< what stands in the cell
+};
+
+/// What is edited: one pending edit at most for each.
+enum class TEventEdit : std::uint8_t {
+  Controller,
+  CtrlValue,
+  MetaEvent,
+  MetaValue,
+  MidiChannel,
+  NoteLength,
+  Note,
+  NoteValue,
+  PitchBend,
+  Position,
+  ProgChange,
+  SysexValue,
+  Count,
+};
+
+/// How an edit ended.
+struct TEditResult {
+  bool Applied = false;  ///< the song has changed
+  std::string Text;      ///< what the cell shows now; its old text if the edit was refused
+  std::int32_t Row = 0;  ///< where the edited event stands now; 0 if the list does not show it any more
+  std::string Status;    ///< why the edit was refused, for the status line; often empty
+};
+
+/// What edits ask of those above them. Called on the main thread without the gate unless told
+/// otherwise; unset ones do nothing.
+struct TEventEditHooks {
+  std::function<bool()> IsPlaying;        ///< unset: the song never plays
+  std::function<void()> StopButtonClick;  ///< playback ends
+  /// Tells a text when the cell's editor is closed; unset: it is told at once.
+  std::function<void(const std::string&)> PostMessage;
+  std::function<void()> Changed;  ///< the song is modified and wants a backup
+  /// A note that may sound was changed: its channel's (0-15) notes end. Gate held.
+  std::function<void(int channel)> EndNotes;
+  /// An event leaves the song: the player forgets it. Gate held.
+  std::function<void(PtrMidiEvent)> ForgetEvent;
+  std::function<void()> ReadAndShowLyrics;  ///< lyrics have changed
+  std::function<void()> TimesChanged;       ///< tempi and signatures have changed
+  std::function<void()> ReadFirstValues;    ///< the desk takes the channels' first values
+  /// The first value of a channel's (0-15) controller has changed: faders, the controller window.
+  std::function<void(int channel, int controller)> ShowController;
+  std::function<void(int channel)> DisplayPatchName;  ///< the sound of a channel (0-15)
+  std::function<void(int channel)> NotesChanged;      ///< notes of a channel (0-15), for their views
+  std::function<void()> UndoChanged;                  ///< state and text of the undo item
+};
+
+/// Edits what `TEventRows` shows. An edit keeps the song whole (`CheckSong`), brings rows and index up
+/// to date and can be undone until the next one.
+class TEventEdits {
+ public:
+  TEventEdits(Song& s, TEventRows& r, TMidiFunctions& f, const IRoutes& t, IMessages& m, SongGate& g)
+      : song(s), rows(r), functions(f), routes(t), messages(m), gate(g), undo(s, g) {}
+  TEventEdits(const TEventEdits&) = delete;
+  TEventEdits& operator=(const TEventEdits&) = delete;
+
+  TEventEditHooks Hooks;
+
+  // --- Cells (EventCells.cpp)
+
+  /// True for a cell (column 0-7, row from 1) that cannot be edited.
+  [[nodiscard]] bool GetCellReadOnly(int column, std::int32_t row) const;
+  /// The editor of a cell. Keeps row and text for `CellEditDone`; warns where an edit may spoil the
+  /// choice of a sound.
+  TCellEditing GetCellEditorType(int column, std::int32_t row);
+  /// Applies an edit. An unchanged text changes nothing; a refused one leaves the song as it was.
+  TEditResult CellEditDone(int column, std::int32_t row, std::string_view text);
+  /// The edit is given up.
+  void CellEditCancelled();
+
+  std::array<std::int32_t, static_cast<std::size_t>(TEventEdit::Count)> EditOnRow{};  ///< 0: none
+  std::array<std::string, static_cast<std::size_t>(TEventEdit::Count)> EditPrev;
+  std::string EditXFChordPrev;
+
+  // --- Sysexes
+
+  /// True for a row with a Roland data set message, whose checksum can be computed.
+  [[nodiscard]] bool HasRolandChecksum(std::int32_t row) const;
+  /// Computes it anew.
+  TEditResult RecomputeChecksum(std::int32_t row);
+  /// True for a sysex that the song needs: it holds it by reference, or it is the instrument's reset.
+  [[nodiscard]] bool IsProtected(const TypMidiEvent& event) const;
+
+  // --- Rows (EventInsert.cpp, EventDelete.cpp)
+
+  /// True if something can be inserted now.
+  [[nodiscard]] bool MayInsert() const;
+  /// Inserts an event of the chosen kind at the place of a row. Row of the new event, or 0.
+  std::int32_t PM_InsertMidiEventClick(std::int32_t row);
+  /// Asks and deletes the events of the rows. The number of events that went, notes counting once.
+  std::int32_t PM_DeleteMidiEventClick(std::vector<std::int32_t> selected);
+  /// The question for a row or several.
+  [[nodiscard]] std::string DeleteQuestion(const std::vector<std::int32_t>& selected) const;
+
+  // --- Undo (EventEditUndo.cpp)
+
+  [[nodiscard]] bool CanUndo() const noexcept { return undo.IsEnabled(); }
+  [[nodiscard]] std::string UndoText() const;
+  /// Takes back the last edit. A row that it concerned, or 0.
+  std::int32_t PM_UndoClick();
+  /// The song was changed by others: the last edit cannot be undone any more.
+  void ClearBackupedData();
+  /// The song is about to be replaced.
+  void Forget() noexcept { undo.Forget(); }
+
+ private:
+  Song& song;
+  TEventRows& rows;
+  TMidiFunctions& functions;
+  const IRoutes& routes;
+  IMessages& messages;
+  SongGate& gate;
+  TEventUndo undo;
+};
+
+}  // namespace Sonarello
