@@ -33,6 +33,8 @@ void AddCommonOptions(CLI::App& app, Arguments& a);
 CLI::App* AddCommand(CLI::App& app, Arguments& a, const std::string& name, const std::string& help);
 void AddFiles(CLI::App& command, Arguments& a, bool several);
 
+/// rows.
+void AddRows(CLI::App& app, Arguments& a);
 /// ports, play, render, monitor.
 void AddPlaybackCommands(CLI::App& app, Arguments& a);
 

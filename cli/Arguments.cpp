@@ -219,13 +219,16 @@ bool IsOneOf(const std::string& command, std::initializer_list<std::string_view>
 /// What a command needs and did not get.
 std::string Missing(const Arguments& a) {
   if (a.Command.empty()) return Text("Es fehlt ein Kommando", "A command is missing");
-  if (IsOneOf(a.Command, {"show", "events", "decode", "save", "fit", "revoice", "play", "render"}) &&
+  if (IsOneOf(a.Command,
+              {"show", "events", "rows", "decode", "save", "fit", "revoice", "play", "render"}) &&
       a.Files.empty())
     return Text("Es fehlt eine Datei", "A file is missing");
   if (IsOneOf(a.Command, {"save", "fit", "revoice", "new", "render"}) && a.Output.empty())
     return Text("Es fehlt das Ziel: -o OUT", "The target is missing: -o OUT");
   if (a.Command == "revoice" && a.Rules.empty())
     return Text("Es fehlen die Regeln: --rules FILE", "The rules are missing: --rules FILE");
+  if (a.Command == "rows" && !a.Track && !a.Sysexs)
+    return Text("Es fehlt die Spur: --track N", "The track is missing: --track N");
   const bool wantsProgram = a.Command == "name" || (a.Command == "drums" && (a.MSB || a.LSB));
   if (wantsProgram && !a.Program)
     return Text("Es fehlt das Programm: --program N", "The program is missing: --program N");
@@ -237,6 +240,8 @@ std::string Contradiction(const Arguments& a) {
   if (a.Track && a.Channel)
     return Text("--track und --channel schließen einander aus",
                 "--track and --channel exclude each other");
+  if (a.Track && a.Sysexs)
+    return Text("--track und --sysex schließen einander aus", "--track and --sysex exclude each other");
   if (!a.Kit.empty() && a.Program)
     return Text("--kit und --program schließen einander aus", "--kit and --program exclude each other");
   return {};
@@ -286,6 +291,7 @@ namespace {
 void AddCommands(CLI::App& app, Arguments& a) {
   AddShow(app, a);
   AddEvents(app, a);
+  AddRows(app, a);
   CLI::App* decode = AddCommand(app, a, "decode",
                                 Text("Liest Dateien nur und sagt, ob sie lesbar sind",
                                      "Only reads files and tells if they can be read"));

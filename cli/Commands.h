@@ -9,6 +9,7 @@ namespace Sonarello {
 
 int ShowCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int EventsCommand(const Arguments& arguments, const Setup& setup, Console& console);
+int RowsCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int DecodeCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int SaveCommand(const Arguments& arguments, const Setup& setup, Console& console);
 int PortsCommand(const Arguments& arguments, const Setup& setup, Console& console);

@@ -23,6 +23,7 @@ constexpr CommandRow CommandRows[] = {
     {"drums", DrumsCommand},     {"ports", PortsCommand},
     {"play", PlayCommand},       {"render", RenderCommand},
     {"monitor", MonitorCommand}, {"explain", ExplainCommand},
+    {"rows", RowsCommand},
 };
 
 int Complain(Console& console, const std::string& complaint) {

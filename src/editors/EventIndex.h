@@ -71,6 +71,8 @@ class TEventIndex {
   std::int32_t Leave(const TypMidiEvent& event);
   /// The event stands in the list as it is to be shown. Its row, or 0.
   std::int32_t Enter(PtrMidiEvent event);
+  /// The list as it stands now is the one that the index knows.
+  void Adopt() noexcept;
   /// Pairs all notes of a channel (0-15) and a key (0-127), in the list and in the rows.
   void PairKey(int channel, int key) { PairKeys(channel, key, key); }
   /// The same of two keys of one channel, in one walk.

@@ -69,7 +69,7 @@ inline constexpr int EventKindCount = 8;
 /// Column 6 of a meta event: its type in words.
 [[nodiscard]] std::string MetaName(const TypMidiEvent& meta);
 /// A sequencer-specific meta of seven bytes that holds an XF chord.
-[[nodiscard]] bool IsXFChord(const TypMidiEvent& event) noexcept;
+[[nodiscard]] bool HoldsXFChord(const TypMidiEvent& event) noexcept;
 
 /// Names of the 30 key signatures as the list offers them: from "Cb" to "C#", then the same with
 /// " mol" or " min".
