@@ -74,6 +74,8 @@ struct TEventEditHooks {
   std::function<void(int channel)> DisplayPatchName;  ///< the sound of a channel (0-15)
   std::function<void(int channel)> NotesChanged;      ///< notes of a channel (0-15), for their views
   std::function<void()> UndoChanged;                  ///< state and text of the undo item
+  /// The explanation of a sysex that was just edited; unset: as its row tells it.
+  std::function<std::string(std::span<const std::uint8_t>)> ExplainEdited;
 };
 
 /// Edits what `TEventRows` shows. An edit keeps the song whole (`CheckSong`), brings rows and index up
@@ -81,7 +83,7 @@ struct TEventEditHooks {
 class TEventEdits {
  public:
   TEventEdits(Song& s, TEventRows& r, TMidiFunctions& f, const IRoutes& t, IMessages& m, SongGate& g)
-      : song(s), rows(r), functions(f), routes(t), messages(m), gate(g), undo(s, g) {}
+      : song(s), rows(r), functions(f), routes(t), messages(m), gate(g), undo(s) {}
   TEventEdits(const TEventEdits&) = delete;
   TEventEdits& operator=(const TEventEdits&) = delete;
 
@@ -103,7 +105,7 @@ class TEventEdits {
   std::array<std::string, static_cast<std::size_t>(TEventEdit::Count)> EditPrev;
   std::string EditXFChordPrev;
 
-  // --- Sysexes
+  // --- Sysexes (EventMetaEdits.cpp)
 
   /// True for a row with a Roland data set message, whose checksum can be computed.
   [[nodiscard]] bool HasRolandChecksum(std::int32_t row) const;
@@ -123,7 +125,7 @@ class TEventEdits {
   /// The question for a row or several.
   [[nodiscard]] std::string DeleteQuestion(const std::vector<std::int32_t>& selected) const;
 
-  // --- Undo (EventEditUndo.cpp)
+  // --- Undo (EventDelete.cpp)
 
   [[nodiscard]] bool CanUndo() const noexcept { return undo.IsEnabled(); }
   [[nodiscard]] std::string UndoText() const;
@@ -135,6 +137,49 @@ class TEventEdits {
   void Forget() noexcept { undo.Forget(); }
 
  private:
+  class TStep;
+  struct TCell;
+  using TApply = TEditResult (TEventEdits::*)(const TCell&);
+
+  [[nodiscard]] bool IsPlaying() const { return Hooks.IsPlaying && Hooks.IsPlaying(); }
+  void Post(const std::string& text);
+  /// The warning that a change may spoil the choice of a sound, with what is advised.
+  [[nodiscard]] static std::string SoundChangeWarning(const std::string& advice);
+  void WarnOfSoundChange(const TypMidiEvent& event, const std::string& advice);
+  [[nodiscard]] TEditResult Refused(const TCell& cell, std::string status = {}) const;
+  [[nodiscard]] TEditResult Done(const TCell& cell, int column) const;
+  TEditResult Apply(const TCell& cell);
+
+  TEditResult EditPosition(const TCell& cell);
+  TEditResult EditChannel(const TCell& cell);
+  TEditResult EditKey(const TCell& cell);
+  TEditResult EditNoteLength(const TCell& cell);
+  TEditResult EditVelocity(const TCell& cell);
+  TEditResult EditController(const TCell& cell);
+  TEditResult EditControllerValue(const TCell& cell);
+  TEditResult EditProgram(const TCell& cell);
+  TEditResult EditPitchBend(const TCell& cell);
+  TEditResult EditMetaType(const TCell& cell);
+  TEditResult EditMetaValue(const TCell& cell);
+  TEditResult EditSysex(const TCell& cell);
+
+  void MoveNote(TStep& step, PtrMidiEvent on, std::int32_t position, std::int32_t length);
+  void EndNoteAt(TStep& step, PtrMidiEvent on, std::int32_t end);
+  void TakeFirstValue(const TypMidiEvent& event);
+  TEditResult SetSysex(const TCell& cell, std::vector<std::uint8_t> bytes);
+
+  struct TPlaceOfInsert {
+    PtrMidiEvent Selected = nullptr;
+    std::int32_t Position = 0;
+    int Channel = 0;
+  };
+  [[nodiscard]] TPlaceOfInsert PlaceOfInsert(std::int32_t row) const;
+  [[nodiscard]] int ChannelOfInsert(const TypMidiEvent* selected) const;
+  [[nodiscard]] PtrMidiEvent MakeEvent(TEventKind kind, const TPlaceOfInsert& place) const;
+  bool InsertNote(TStep& step, PtrMidiEvent on);
+  void DeleteEvents(const std::vector<PtrMidiEvent>& events);
+  [[nodiscard]] std::string RowQuestion(std::int32_t row) const;
+
   Song& song;
   TEventRows& rows;
   TMidiFunctions& functions;

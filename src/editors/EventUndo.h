@@ -3,61 +3,54 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "core/EventList.h"
-#include "core/MidiFunctions.h"
-#include "playback/SongGate.h"
 
 namespace Sonarello {
 
 /// Keeps what one edit changes, however large the song: the events it touches as they were, and those
-/// that it removed. An edit calls `Begin`, then tells of each event before it changes it.
+/// that it removed. An edit calls `Begin`, then tells of each event before it changes it. Main thread,
+/// the gate held by the caller.
 class TEventUndo {
  public:
-  TEventUndo(Song& s, SongGate& g) : song(s), gate(g) {}
+  explicit TEventUndo(Song& s) : song(s) {}
   TEventUndo(const TEventUndo&) = delete;
   TEventUndo& operator=(const TEventUndo&) = delete;
   /// Leaves removed events to the song's pool.
   ~TEventUndo() = default;
 
-  /// A new edit begins: what was kept before is freed. `name` is what the menu says.
-  void Begin(std::string name);
-  /// An event is about to change in place or to move; it stands in a list of the song.
-  void WillChange(PtrMidiEvent event, int track);
-  /// An event was linked into a list.
-  void Inserted(PtrMidiEvent event, int track);
+  /// A new edit begins on a track: what was kept before is freed. `name` is what the menu says.
+  void Begin(std::string name, TMyTrack& track, int number);
+  /// An event is about to change in place or to move. Raises std::bad_alloc, as all that keep.
+  void WillChange(PtrMidiEvent event);
+  /// An event was linked into the list.
+  void Inserted(PtrMidiEvent event);
   /// Takes an event out of its list and out of every reference, and keeps it.
-  void Remove(PtrMidiEvent event, int track);
-  /// Tempi or signatures are about to change: their tables are kept.
-  void WillChangeTimes();
+  void Remove(PtrMidiEvent event);
 
-  /// Takes back what was done since `Begin`, in the reverse order; the gate is held meanwhile. What
-  /// follows from events (pairs, first values, times) is told to the caller by `Undone`.
-  struct TUndone {
-    bool Times = false;
-    std::vector<std::pair<int, int>> Keys;  ///< channel and key of every note that was touched
-  };
-  TUndone Undo();
+  /// Takes an event out of every reference; an undo brings them back.
+  void ForgetReferences(PtrMidiEvent event);
+
+  /// Events that an undo has put back as they were, and those that it takes out: call `leave` for what
+  /// stands as it will not stay, `enter` for what stands as it was.
+  template <class Leave, class Enter>
+  void Undo(Leave&& leave, Enter&& enter);
   /// Frees what is kept: there is nothing to undo any more.
-  void Discard();
+  void Discard() noexcept;
   /// Forgets what is kept without freeing it. Call it when the store is cleared.
   void Forget() noexcept;
 
   [[nodiscard]] bool IsEnabled() const noexcept { return !name.empty(); }
   [[nodiscard]] const std::string& Name() const noexcept { return name; }
-  /// True if undoing adds or removes events, which wants the player to be stopped.
-  [[nodiscard]] bool ChangesLists() const noexcept;
+  [[nodiscard]] TMyTrack* Track() const noexcept { return track; }
 
  private:
   enum class What : std::uint8_t { Changed, Inserted, Removed };
   struct TEntry {
     What Kind = What::Changed;
-    int Track = 0;
     PtrMidiEvent Event = nullptr;
     PtrMidiEvent Before = nullptr;  ///< what stood in front of it
     TypMidiEvent Image;             ///< the event as it was
@@ -67,15 +60,41 @@ class TEventUndo {
     std::vector<std::pair<std::size_t, PtrMidiEvent>> References;  ///< forgotten ones, by their number
     std::array<bool, ChannelCount> Active{};
     std::array<std::int32_t, ChannelCount> ActiveNotes{};
-    std::array<std::array<TCtrl, ControllerCount>, ChannelCount> CtrlArrays{};
+    TKeySignArray Keys;
+    std::string TrkName;
+    std::int32_t TrkNoteOnCnt = 0;
+    std::int32_t XF_Track = -1;
+    std::int32_t XF_ChordsArrayElements = 0;
+    std::int8_t TrkMidiIndex = -1;
+    bool TrkIgnore = false;
+    bool XF_Format = false;
   };
 
-  void FreeRemoved() noexcept;
+  [[nodiscard]] TKeySignArray* Keys() const noexcept;
+  void RestoreReferences() noexcept;
+  void RestoreRest() noexcept;
+  void PutBack(TEntry& entry) noexcept;
 
   Song& song;
-  SongGate& gate;
   std::string name;
+  TMyTrack* track = nullptr;
+  int number = -1;  ///< of the track, -1 for an effect memory
   std::vector<TEntry> entries;
+  TRest rest;
 };
+
+template <class Leave, class Enter>
+void TEventUndo::Undo(Leave&& leave, Enter&& enter) {
+  for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+    if (entry->Kind != What::Removed) leave(entry->Event);
+    PutBack(*entry);
+    if (entry->Kind != What::Inserted) enter(entry->Event);
+  }
+  // What was removed stands in its list again, what was inserted is back in the pool.
+  entries.clear();
+  RestoreReferences();
+  RestoreRest();
+  name.clear();
+}
 
 }  // namespace Sonarello
