@@ -95,12 +95,12 @@ std::int32_t TEventEdits::PM_DeleteMidiEventClick(std::vector<std::int32_t> sele
 void TEventEdits::DeleteEvents(const std::vector<PtrMidiEvent>& events) {
   TStep step(*this, Text("Midi-Events löschen", "delete midi events"));
   bool ignored = false;
+  std::vector<PtrMidiEvent> all = events;
   for (PtrMidiEvent event : events) {
     ignored = ignored || event->Meta.Text().starts_with("srl_ignore");
-    const PtrMidiEvent off = event->NoteOffEvent;
-    step.Remove(event);
-    if (off != nullptr) step.Remove(off);
+    if (event->NoteOffEvent != nullptr) all.push_back(event->NoteOffEvent);
   }
+  step.Remove(all);
   if (ignored) step.ReadIgnore();
   step.Finish();
 }
@@ -124,7 +124,7 @@ std::int32_t TEventEdits::PM_UndoClick() {
   if (!isShown) return 0;
   std::int32_t row = 0;
   for (PtrMidiEvent event : back)
-    if (const std::int32_t found = rows.Index.RowOf(event)) row = found;
+    if (row == 0) row = rows.Index.RowOf(event);
   if (row > 0) rows.EventListPosition = row;
   rows.EventListPosition = std::clamp(rows.EventListPosition, 1, rows.Rows());
   return row;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
+#include "editors/EventPairing.h"
 #include "editors/EventTexts.h"
 
 namespace Sonarello {
@@ -11,22 +13,9 @@ namespace {
 
 constexpr int BankMSB = 0;
 constexpr int BankLSB = 32;
-/// Events that are read or written while the gate is held at one time: some ten microseconds.
-constexpr int PieceLength = 4096;
-
 /// The one entry of a format 0 song's list that shows its sysexes: that of channel 10. This is
 /// deliberate.
 constexpr int SysexEntry = 10;
-
-/// Calls f for each event from `e` on, the gate held in pieces, while f returns true.
-template <class F>
-void InPieces(SongGate& gate, PtrMidiEvent e, F&& f) {
-  while (e != nullptr) {
-    const auto held = gate.Enter();
-    for (int i = 0; i < PieceLength && e != nullptr; ++i, e = Following(e))
-      if (!f(e)) return;
-  }
-}
 
 std::int32_t DetailOf(TBankMemory bank) noexcept { return bank.MSB << 8 | bank.LSB; }
 
@@ -75,40 +64,6 @@ bool TEventFilter::MakesRow(const TypMidiEvent& event) const noexcept {
   return IsOfKind(event, Filter);
 }
 
-// --- Pairs
-
-/// Open notes by channel and key, first in, first out.
-class TEventIndex::TPairing {
- public:
-  static constexpr std::size_t MostOpen = 32;
-
-  struct TQueue {
-    std::array<std::int32_t, MostOpen> Rows{};
-    std::size_t First = 0;
-    std::size_t Count = 0;
-
-    void Push(std::int32_t row) {
-      if (Count == MostOpen) return;
-      Rows[(First + Count++) % MostOpen] = row;
-    }
-    std::int32_t Pop() {
-      if (Count == 0) return 0;
-      const std::int32_t row = Rows[First];
-      First = (First + 1) % MostOpen;
-      --Count;
-      return row;
-    }
-  };
-
-  TPairing() : queues(ChannelCount * KeyCount) {}
-  TQueue& Of(const TypMidiEvent& event) {
-    return queues[static_cast<std::size_t>(event.Channel()) * KeyCount + event.Value[0] % KeyCount];
-  }
-
- private:
-  std::vector<TQueue> queues;
-};
-
 // --- Building
 
 void TEventIndex::Clear() noexcept {
@@ -120,12 +75,16 @@ void TEventIndex::Clear() noexcept {
   unsettled = 0;
 }
 
-void TEventIndex::Build(TMyTrack& list, const TEventFilter& rules) {
+void TEventIndex::Build(TMyTrack& list, const TEventFilter& rules, bool pair) {
   track = &list;
   filter = rules;
   nodes = list.TrkEventCounter;
   ends = {list.TrkFirstEvent, list.TrkLastEvent};
   unsettled = 0;
+  loose.reset();
+  longest = 0;
+  firstProgram = std::numeric_limits<std::int32_t>::max();
+  lastProgram = -1;
   std::size_t count = 0;
   InPieces(gate, list.TrkFirstEvent->NextEvent, [&](PtrMidiEvent e) {
     count += filter.MakesRow(*e) ? 1 : 0;
@@ -135,10 +94,10 @@ void TEventIndex::Build(TMyTrack& list, const TEventFilter& rules) {
   details = {};
   events.reserve(count);
   details.reserve(count);
-  ReadRows();
+  ReadRows(pair);
 }
 
-void TEventIndex::ReadRows() {
+void TEventIndex::ReadRows(bool pair) {
   TPairing pairing;
   TBankMemory bank;
   track->TrkFirstEvent->ListPos = 1;
@@ -146,24 +105,41 @@ void TEventIndex::ReadRows() {
     e->ListPos = std::max(Rows(), 1);
     if (!filter.IsOfList(*e)) return true;
     if (e->Kind() == NoteOff) {
-      const std::int32_t row = e->DLength == 0 ? 0 : pairing.Of(*e).Pop();
-      if (row > 0) {
-        const auto index = static_cast<std::size_t>(row - 1);
-        details[index] = e->Position - events[index]->Position;
-      }
+      if (e->DLength != 0) CloseNote(pairing, e, pair);
       return true;
     }
-    if (!filter.MakesRow(*e)) {
-      Remember(bank, *e);
-      return true;
+    std::int32_t row = 0;
+    if (filter.MakesRow(*e)) {
+      events.push_back(e);
+      details.push_back(IsProgram(*e) ? DetailOf(bank) : -1);
+      row = e->ListPos = Rows();
     }
-    events.push_back(e);
-    details.push_back(IsProgram(*e) ? DetailOf(bank) : -1);
-    e->ListPos = Rows();
-    if (e->Kind() == NoteOn) pairing.Of(*e).Push(Rows());
+    if (e->Kind() == NoteOn && e->DLength != 0) {
+      if (pair) e->NoteOffEvent = nullptr;
+      if (!pairing.Of(*e).Push({e, row})) loose.set(KeyIndex(e->Channel(), e->Value[0]));
+    }
     Remember(bank, *e);
+    NoteProgram(*e);
     return true;
   });
+  pairing.ForEachOpen([&](const TypMidiEvent& e) { loose.set(KeyIndex(e.Channel(), e.Value[0])); });
+}
+
+void TEventIndex::NoteProgram(const TypMidiEvent& event) noexcept {
+  if (!IsProgram(event)) return;
+  firstProgram = std::min(firstProgram, event.Position);
+  lastProgram = std::max(lastProgram, event.Position);
+}
+
+void TEventIndex::CloseNote(TPairing& pairing, PtrMidiEvent off, bool pair) {
+  const TOpenNoteRow open = pairing.Of(*off).Pop();
+  if (pair) return EndPair(open, off);
+  if (open.Event == nullptr || open.Event->NoteOffEvent != off)
+    loose.set(KeyIndex(off->Channel(), off->Value[0]));
+  if (open.Event == nullptr) return;
+  const std::int32_t length = off->Position - open.Event->Position;
+  longest = std::max(longest, length);
+  if (open.Row > 0) details[static_cast<std::size_t>(open.Row - 1)] = length;
 }
 
 bool TEventIndex::IsCurrent() const noexcept {
@@ -196,6 +172,17 @@ std::int32_t TEventIndex::RowOf(const TypMidiEvent* event) const noexcept {
   for (auto e = at; e != events.end() && (*e)->Position == event->Position; ++e)
     if (*e == event) return static_cast<std::int32_t>(e - events.begin()) + 1;
   return 0;
+}
+
+PtrMidiEvent TEventIndex::NodeBefore(std::int32_t position) const noexcept {
+  const auto at =
+      std::lower_bound(events.begin(), events.end(), position,
+                       [](const TypMidiEvent* e, std::int32_t tick) { return e->Position <= tick; });
+  return at == events.begin() ? track->TrkFirstEvent : *(at - 1);
+}
+
+PtrMidiEvent TEventIndex::NodeBeforeNotes(int channel, int key, std::int32_t position) const noexcept {
+  return loose[KeyIndex(channel, key)] ? track->TrkFirstEvent : NodeBefore(position - longest - 1);
 }
 
 std::int32_t TEventIndex::RowAtTime(std::int32_t milliseconds) const noexcept {
@@ -252,6 +239,7 @@ void TEventIndex::Adopt() noexcept {
 
 std::int32_t TEventIndex::Enter(PtrMidiEvent event) {
   Adopt();
+  NoteProgram(*event);
   if (!filter.MakesRow(*event)) {
     // A hidden event that moved points at another row as well.
     const std::int32_t behind = std::max(PlaceOfRow(*event) - 1, 1);
@@ -267,58 +255,26 @@ std::int32_t TEventIndex::Enter(PtrMidiEvent event) {
   return row;
 }
 
-void TEventIndex::PairKeys(int channel, int key, int other) {
-  const std::uint8_t on = static_cast<std::uint8_t>(NoteOn | channel);
-  const std::uint8_t off = static_cast<std::uint8_t>(NoteOff | channel);
-  struct TOpen {
-    PtrMidiEvent Event;
-    std::int32_t Row;
-  };
-  std::array<std::vector<TOpen>, 2> open;
-  std::size_t next = 0;
-  // Rows stand in the list's order: one walk over both finds them.
-  const auto rowOf = [&](PtrMidiEvent e) {
-    if (!filter.MakesRow(*e)) return 0;
-    while (next < events.size() && events[next] != e) ++next;
-    return next < events.size() ? static_cast<std::int32_t>(next) + 1 : 0;
-  };
-  InPieces(gate, track->TrkFirstEvent, [&](PtrMidiEvent e) {
-    if ((e->Command != on && e->Command != off) || e->DLength == 0) return true;
-    if (e->Value[0] != key && e->Value[0] != other) return true;
-    std::vector<TOpen>& queue = open[e->Value[0] == key ? 0 : 1];
-    if (e->Command == on) {
-      e->NoteOffEvent = nullptr;
-      const std::int32_t row = rowOf(e);
-      if (row > 0) details[static_cast<std::size_t>(row - 1)] = -1;
-      if (queue.size() < TPairing::MostOpen) queue.push_back({e, row});
-      return true;
-    }
-    e->NoteOnEvent = nullptr;
-    if (queue.empty()) return true;
-    const TOpen first = queue.front();
-    queue.erase(queue.begin());
-    e->NoteOnEvent = first.Event;
-    first.Event->NoteOffEvent = e;
-    if (first.Row > 0)
-      details[static_cast<std::size_t>(first.Row - 1)] = e->Position - first.Event->Position;
-    return true;
-  });
-}
-
-void TEventIndex::ReadBanks(const TypMidiEvent& place) {
+void TEventIndex::ReadBanks(const TypMidiEvent& first, const TypMidiEvent& last) {
   constexpr int programFilter = static_cast<int>(TEventKind::ProgramChange) + 1;
   if (filter.Filter != 0 && filter.Filter != programFilter) return;
-  const auto isStart = [&](const TypMidiEvent& e) { return IsProgram(e) && filter.IsOfList(e); };
-  const TypMidiEvent* from = place.PrevEvent;
-  while (from != nullptr && !isStart(*from)) from = from->PrevEvent;
+  const TypMidiEvent* from = &first;
+  do from = from->PrevEvent;
+  while (from != nullptr && from->Position >= firstProgram &&
+         !(IsProgram(*from) && filter.IsOfList(*from)));
+  // In front of the first program all banks count, from the list's start: those are few.
+  if (from != nullptr && from->Position < firstProgram) from = nullptr;
   TBankMemory bank;
+  // Behind the last place, a program there ends what the next one has in front of it.
+  bool passed = false;
   int programs = 0;
-  PtrMidiEvent e = from == nullptr ? track->TrkFirstEvent : from->NextEvent;
-  // A program at the place itself ends what the next one has in front of it.
-  for (; e != nullptr && programs < 2; e = e->NextEvent) {
+  for (PtrMidiEvent e = from == nullptr ? track->TrkFirstEvent : from->NextEvent;
+       e != nullptr && programs < 2 && e->Position <= lastProgram; e = Following(e)) {
+    passed = passed || e == &last;
+    if (e->Kind() != Controller && e->Kind() != ProgramChange) continue;
     if (!filter.IsOfList(*e)) continue;
     if (IsProgram(*e)) {
-      ++programs;
+      programs += passed ? 1 : 0;
       if (const std::int32_t row = RowOf(e))
         details[static_cast<std::size_t>(row - 1)] = DetailOf(bank);
     }

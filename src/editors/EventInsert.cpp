@@ -41,10 +41,10 @@ struct TNeighbours {
   PtrMidiEvent Next = nullptr;   ///< starts before it ends
   PtrMidiEvent Sound = nullptr;  ///< sounds into it
 };
-TNeighbours NeighboursOf(const TMyTrack& track, std::uint8_t command, std::int32_t start,
+TNeighbours NeighboursOf(PtrMidiEvent from, std::uint8_t command, std::int32_t start,
                          std::int32_t end) {
   TNeighbours found;
-  for (PtrMidiEvent e = track.TrkFirstEvent; e != nullptr && e->Position < end; e = Following(e)) {
+  for (PtrMidiEvent e = from; e != nullptr && e->Position < end; e = Following(e)) {
     if (e->Command != command || e->Value[0] != NewKey || e->DLength == 0) continue;
     if (e->Position == start && found.Same == nullptr) found.Same = e;
     if (e->Position > start && found.Next == nullptr) found.Next = e;
@@ -158,7 +158,8 @@ bool TEventEdits::InsertNote(TStep& step, PtrMidiEvent on) {
   const bool drums = channel == DrumChannel || data.DrumPart > 0;
   const std::int32_t length = drums ? DrumNoteLength : song.SourceTimeBase;
   std::int32_t end = std::min(Saturated(std::int64_t{on->Position} + length), song.MaxSongPosition);
-  const TNeighbours near = NeighboursOf(step.Track(), On(channel), on->Position, end);
+  const TNeighbours near = NeighboursOf(rows.Index.NodeBeforeNotes(channel, NewKey, on->Position),
+                                        On(channel), on->Position, end);
   if (near.Same != nullptr) {
     song.Pool.Release(on);
     step.Cancel();

@@ -25,8 +25,7 @@ TBytes BytesOf(std::string_view text) { return {text.begin(), text.end()}; }
 void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
   std::string changed;
   std::size_t done = 0;
-  for (std::size_t at = 0; (at = text.find(from, done)) != std::string::npos;
-       done = at + from.size()) {
+  for (std::size_t at = 0; (at = text.find(from, done)) != std::string::npos; done = at + from.size()) {
     changed.append(text, done, at - done);
     changed.append(to);
   }

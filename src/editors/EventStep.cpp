@@ -1,6 +1,7 @@
 #include "editors/EventStep.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "core/TimeMap.h"
 #include "playback/Transpose.h"
@@ -8,6 +9,9 @@
 namespace Sonarello {
 
 namespace {
+
+/// More events at once than rows are moved one by one for.
+constexpr std::ptrdiff_t ManyEvents = 64;
 
 bool IsNote(const TypMidiEvent& event) noexcept { return (event.Command & 0xE0) == NoteOff; }
 
@@ -35,11 +39,13 @@ void TEventEdits::TStep::Note(const TypMidiEvent& event) {
   if (event.DLength == 0) return;
   if (IsNote(event)) {
     keys.emplace_back(event.Channel(), event.Value[0]);
+    from = std::min(from, event.Position);
+    to = std::max(to, event.Position);
     noteChannels.set(static_cast<std::size_t>(event.Channel()));
   }
   if (IsBankOrProgram(event)) {
     // The neighbour in front stays when the event goes.
-    banks.push_back(event.PrevEvent);
+    if (!valueOnly || event.Kind() == Controller) banks.push_back(event.PrevEvent);
     soundChannels.set(static_cast<std::size_t>(event.Channel()));
   }
   if (IsFirstValue(event)) firstValues = true;
@@ -75,7 +81,7 @@ void TEventEdits::TStep::Touch(PtrMidiEvent event) {
   if (playing && !valueOnly && IsNote(*event) && edits.Hooks.EndNotes)
     edits.Hooks.EndNotes(event->Channel());
   edits.undo.WillChange(event);
-  index.Leave(*event);
+  if (!valueOnly) index.Leave(*event);
 }
 
 void TEventEdits::TStep::Settle(PtrMidiEvent event) {
@@ -87,7 +93,7 @@ void TEventEdits::TStep::SettleHeld(PtrMidiEvent event) {
   CountChord(*event, 1);
   CountNote(*event, 1);
   if (event->IsMeta(MetaKeySignature)) signatures.push_back(event);
-  index.Enter(event);
+  if (!valueOnly) index.Enter(event);
   Note(*event);
 }
 
@@ -96,7 +102,9 @@ void TEventEdits::TStep::Move(PtrMidiEvent event, std::int32_t position) {
   // What was due next is due next, wherever the event goes.
   if (track.TrkPlayEvent == event) track.TrkPlayEvent = event->NextEvent;
   if (track.TrkLoopStart == event) track.TrkLoopStart = event->PrevEvent;
-  MoveTo(track, event, std::clamp(position, 0, song.MaxSongPosition));
+  Unlink(track, event);
+  event->Position = std::clamp(position, 0, song.MaxSongPosition);
+  InsertByPosition(track, event, index.NodeBefore(event->Position));
   event->TimePosition = TimeOfPosition(song, event->Position);
 }
 
@@ -114,24 +122,32 @@ void TEventEdits::TStep::SetMeta(PtrMidiEvent event, std::span<const std::uint8_
 void TEventEdits::TStep::Insert(PtrMidiEvent event) {
   const auto held = edits.gate.Enter();
   const std::int32_t time = event->TimePosition;
-  InsertByPosition(track, event);
+  InsertByPosition(track, event, index.NodeBefore(std::max(event->Position, 0)));
   event->TimePosition = time > 0 ? time : TimeOfPosition(song, event->Position);
   edits.undo.Inserted(event);
   SettleHeld(event);
 }
 
-void TEventEdits::TStep::Remove(PtrMidiEvent event) {
+void TEventEdits::TStep::Remove(const std::vector<PtrMidiEvent>& events) {
+  bulk = bulk || std::ssize(events) > ManyEvents;
   const auto held = edits.gate.Enter();
-  Note(*event);
-  CountChord(*event, -1);
-  CountNote(*event, -1);
-  index.Leave(*event);
-  // Places that are remembered must not be the event itself.
-  std::ranges::replace(banks, static_cast<const TypMidiEvent*>(event),
-                       static_cast<const TypMidiEvent*>(event->PrevEvent));
-  std::erase(signatures, event);
-  if (edits.Hooks.ForgetEvent) edits.Hooks.ForgetEvent(event);
-  edits.undo.Remove(event);
+  std::vector<PtrMidiEvent> gone = events;
+  std::ranges::sort(gone, std::less<>());
+  gone.erase(std::unique(gone.begin(), gone.end()), gone.end());
+  const auto goes = [&](const TypMidiEvent* e) {
+    return std::ranges::binary_search(gone, const_cast<PtrMidiEvent>(e), std::less<>());
+  };
+  for (PtrMidiEvent event : gone) {
+    Note(*event);
+    CountChord(*event, -1);
+    CountNote(*event, -1);
+    if (edits.Hooks.ForgetEvent) edits.Hooks.ForgetEvent(event);
+    if (!bulk) index.Leave(*event);
+  }
+  for (const TypMidiEvent*& place : banks)
+    while (goes(place)) place = place->PrevEvent;
+  std::erase_if(signatures, goes);
+  edits.undo.Remove(gone);
   index.Adopt();
 }
 
@@ -192,7 +208,7 @@ void TEventEdits::TStep::ReadIgnore() {
 
 void TEventEdits::TStep::ForgetReferences(PtrMidiEvent event) {
   const auto held = edits.gate.Enter();
-  edits.undo.ForgetReferences(event);
+  edits.undo.ForgetReferences({event});
 }
 
 void TEventEdits::TStep::Cancel() {
@@ -204,6 +220,7 @@ void TEventEdits::TStep::Cancel() {
 std::vector<PtrMidiEvent> TEventEdits::TStep::Undo(TEventEdits& edits, TEventIndex& known) {
   TStep step(edits, known);
   step.isUndo = true;
+  step.bulk = edits.undo.Size() > static_cast<std::size_t>(ManyEvents);
   std::vector<PtrMidiEvent> back;
   {
     const auto held = edits.gate.Enter();
@@ -211,12 +228,12 @@ std::vector<PtrMidiEvent> TEventEdits::TStep::Undo(TEventEdits& edits, TEventInd
       step.Note(*e);
       std::ranges::replace(step.banks, static_cast<const TypMidiEvent*>(e),
                            static_cast<const TypMidiEvent*>(e->PrevEvent));
-      known.Leave(*e);
-      std::erase(back, e);
+      if (!step.bulk) known.Leave(*e);
+      if (!back.empty()) std::erase(back, e);
       if (edits.Hooks.ForgetEvent) edits.Hooks.ForgetEvent(e);
     };
     const auto enter = [&](PtrMidiEvent e) {
-      known.Enter(e);
+      if (!step.bulk) known.Enter(e);
       step.Note(*e);
       back.push_back(e);
     };
@@ -228,14 +245,10 @@ std::vector<PtrMidiEvent> TEventEdits::TStep::Undo(TEventEdits& edits, TEventInd
 }
 
 void TEventEdits::TStep::Finish() {
-  std::ranges::sort(keys);
-  keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-  for (std::size_t n = 0; n < keys.size(); ++n) {
-    const auto [channel, key] = keys[n];
-    const bool pair = n + 1 < keys.size() && keys[n + 1].first == channel;
-    index.PairKeys(channel, key, pair ? keys[n + 1].second : key);
-    if (pair) ++n;
-  }
+  if (bulk)
+    index.Build(track, TEventFilter(index.Filter()), true);
+  else
+    PairNotes();
   {
     const auto held = edits.gate.Enter();
     if (!isUndo)
@@ -244,10 +257,34 @@ void TEventEdits::TStep::Finish() {
     if (times) edits.functions.UpdateTimeZoneData();
     if (firstValues) edits.functions.SetFirstValues();
   }
-  for (const TypMidiEvent* place : banks) index.ReadBanks(*place);
+  if (!bulk && !banks.empty()) ReadBanks();
   index.Adopt();
   edits.rows.ForgetTexts();
   Tell();
+}
+
+void TEventEdits::TStep::PairNotes() {
+  std::ranges::sort(keys);
+  keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+  for (std::size_t n = 0; n < keys.size(); ++n) {
+    const auto [channel, key] = keys[n];
+    const bool pair = n + 1 < keys.size() && keys[n + 1].first == channel;
+    index.PairKeys(channel, key, pair ? keys[n + 1].second : key, from, to);
+    if (pair) ++n;
+  }
+}
+
+void TEventEdits::TStep::ReadBanks() {
+  // Of several places at one tick the order is not known: the walk begins in front of that tick and
+  // ends behind the last one.
+  const auto [first, last] = std::ranges::minmax(banks, {}, &TypMidiEvent::Position);
+  const TypMidiEvent* begin = first;
+  while (begin->PrevEvent != nullptr && begin->PrevEvent->Position == first->Position)
+    begin = begin->PrevEvent;
+  const TypMidiEvent* until = last;
+  while (until->NextEvent != nullptr && until->NextEvent->Position == last->Position)
+    until = until->NextEvent;
+  index.ReadBanks(*begin, *until);
 }
 
 void TEventEdits::TStep::Tell() {

@@ -3,6 +3,7 @@
 
 #include <bitset>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,7 +29,7 @@ class TEventEdits::TStep {
   TStep(const TStep&) = delete;
   TStep& operator=(const TStep&) = delete;
 
-  /// An event of the list is about to change or to move.
+  /// An event of the list is about to change or to move, before any other event is touched.
   void Touch(PtrMidiEvent event);
   /// A touched event stands as it is to be.
   void Settle(PtrMidiEvent event);
@@ -62,8 +63,8 @@ class TEventEdits::TStep {
   static void SetMeta(PtrMidiEvent event, std::span<const std::uint8_t> bytes);
   /// Links a new event at its position.
   void Insert(PtrMidiEvent event);
-  /// Takes an event out.
-  void Remove(PtrMidiEvent event);
+  /// Takes events of the list out, in whatever number.
+  void Remove(const std::vector<PtrMidiEvent>& events);
   /// A channel's events became others: is the track still that of one channel?
   void ReadTrackChannel();
   /// Does a text still ask to hold the track out of the song's working?
@@ -89,6 +90,8 @@ class TEventEdits::TStep {
   void CountNote(const TypMidiEvent& event, int by);
   void ReadKeySignature(PtrMidiEvent event);
   void ReadTrackName();
+  void PairNotes();
+  void ReadBanks();
   void Tell();
 
   TEventEdits& edits;
@@ -98,9 +101,13 @@ class TEventEdits::TStep {
   bool playing = false;
   bool isUndo = false;
   bool valueOnly = false;
-  std::vector<std::pair<int, int>> keys;   ///< channel and key of notes that were touched
-  std::vector<const TypMidiEvent*> banks;  ///< places around which sounds are chosen otherwise
-  std::vector<PtrMidiEvent> signatures;    ///< key signatures that changed
+  bool bulk = false;  ///< so many events that the rows are read anew instead of one by one
+  std::vector<std::pair<int, int>> keys;  ///< channel and key of notes that were touched
+  std::int32_t from =
+      std::numeric_limits<std::int32_t>::max();  ///< first tick of such a note, before or after
+  std::int32_t to = 0;                           ///< last one
+  std::vector<const TypMidiEvent*> banks;        ///< places around which sounds are chosen otherwise
+  std::vector<PtrMidiEvent> signatures;          ///< key signatures that changed
   std::bitset<ChannelCount> noteChannels;
   std::bitset<ChannelCount> soundChannels;
   bool times = false;

@@ -1,6 +1,7 @@
 #include "editors/EventUndo.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace Sonarello {
 
@@ -52,22 +53,28 @@ void TEventUndo::Inserted(PtrMidiEvent event) {
   entries.push_back({What::Inserted, event, nullptr, {}});
 }
 
-void TEventUndo::Remove(PtrMidiEvent event) {
-  entries.push_back({What::Removed, event, event->PrevEvent, {}});
-  ForgetReferences(event);
-  if (track->TrkPlayEvent == event) track->TrkPlayEvent = event->NextEvent;
-  if (track->TrkLoopStart == event) track->TrkLoopStart = event->PrevEvent;
-  Unlink(*track, event);
+void TEventUndo::Remove(const std::vector<PtrMidiEvent>& events) {
+  entries.reserve(entries.size() + events.size());
+  ForgetReferences(events);
+  for (PtrMidiEvent event : events) {
+    entries.push_back({What::Removed, event, event->PrevEvent, {}});
+    if (track->TrkPlayEvent == event) track->TrkPlayEvent = event->NextEvent;
+    if (track->TrkLoopStart == event) track->TrkLoopStart = event->PrevEvent;
+    Unlink(*track, event);
+  }
 }
 
-void TEventUndo::ForgetReferences(PtrMidiEvent event) {
+void TEventUndo::ForgetReferences(const std::vector<PtrMidiEvent>& events) {
+  const auto goes = [&](PtrMidiEvent e) {
+    return e != nullptr && std::ranges::binary_search(events, e, std::less<>());
+  };
   ForEachFixedReference(song, [&](std::size_t n, PtrMidiEvent& e) {
-    if (e != event) return;
+    if (!goes(e)) return;
     rest.References.emplace_back(n, e);
     e = nullptr;
   });
   for (TKeySignArray& keys : song.KeySignArray) {
-    std::erase_if(keys.ValArray, [&](const TKeySigns& key) { return key.MidiEvent == event; });
+    std::erase_if(keys.ValArray, [&](const TKeySigns& key) { return goes(key.MidiEvent); });
     keys.Elements = static_cast<std::int32_t>(keys.ValArray.size());
   }
 }

@@ -28,11 +28,12 @@ class TEventUndo {
   void WillChange(PtrMidiEvent event);
   /// An event was linked into the list.
   void Inserted(PtrMidiEvent event);
-  /// Takes an event out of its list and out of every reference, and keeps it.
-  void Remove(PtrMidiEvent event);
+  /// Takes events out of the list and out of every reference, and keeps them. Sorted by their
+  /// addresses.
+  void Remove(const std::vector<PtrMidiEvent>& events);
 
-  /// Takes an event out of every reference; an undo brings them back.
-  void ForgetReferences(PtrMidiEvent event);
+  /// Takes events, sorted by their addresses, out of every reference; an undo brings them back.
+  void ForgetReferences(const std::vector<PtrMidiEvent>& events);
 
   /// Events that an undo has put back as they were, and those that it takes out: call `leave` for what
   /// stands as it will not stay, `enter` for what stands as it was.
@@ -44,6 +45,8 @@ class TEventUndo {
   void Forget() noexcept;
 
   [[nodiscard]] bool IsEnabled() const noexcept { return !name.empty(); }
+  /// Events that are kept.
+  [[nodiscard]] std::size_t Size() const noexcept { return entries.size(); }
   [[nodiscard]] const std::string& Name() const noexcept { return name; }
   [[nodiscard]] TMyTrack* Track() const noexcept { return track; }
 

@@ -94,17 +94,17 @@ TEditResult TEventEdits::EditPosition(const TCell& cell) {
 
 void TEventEdits::MoveNote(TStep& step, PtrMidiEvent on, std::int32_t position, std::int32_t length) {
   step.Touch(on);
-  step.Touch(on->NoteOffEvent);
   step.Move(on, position);
   step.Settle(on);
   EndNoteAt(step, on, Saturated(std::int64_t{on->Position} + length));
 }
 
-/// Moves the touched note-off of a note to a tick, but in front of the next start of the same note.
+/// Moves the note-off of a note to a tick, but in front of the next start of the same note.
 void TEventEdits::EndNoteAt(TStep& step, PtrMidiEvent on, std::int32_t end) {
   const PtrMidiEvent off = on->NoteOffEvent;
   const std::int32_t wanted = std::min(end, song.MaxSongPosition);
   const PtrMidiEvent next = NextEqual(*on, wanted);
+  step.Touch(off);
   step.Move(off, next == nullptr ? wanted : std::max(next->Position - 1, on->Position));
   if (next != nullptr) off->TimePosition = std::max(next->TimePosition - 1, on->TimePosition);
   step.Settle(off);
@@ -133,7 +133,6 @@ TEditResult TEventEdits::EditNoteLength(const TCell& cell) {
   const std::int32_t shown = rows.Index.Length(cell.Row);
   if (length == shown) return Refused(cell);
   TStep step(*this, Text("Notenlänge ändern", "change note length"));
-  step.Touch(on->NoteOffEvent);
   EndNoteAt(step, on, on->Position + length);
   step.Finish();
   return Done(cell, LengthColumn);
