@@ -71,31 +71,50 @@ bool IsSwitch(int controller) {
   return (controller >= firstPedal && controller <= lastPedal) || controller == local;
 }
 
-/// What is said when an edit does not find its event.
+struct TNotFound {
+  std::string_view German;
+  std::string_view English;
+};
+
+/// What is said when an edit does not find its event, in the order of the edits.
+constexpr std::array<TNotFound, static_cast<std::size_t>(TEventEdit::Count)> NotFoundTexts = {{
+    {"Fehler beim Suchen des Midi-Befehls um Controller zu ändern.",
+     "Error searching for midi event to change the controller."},
+    {"Fehler beim Suchen des Midi-Befehls um Controller-Wert zu ändern.",
+     "Error searching for midi event to change the value of controller."},
+    {"Fehler beim Suchen des Midi-Befehls um Meta-Event-Typ zu ändern.",
+     "Error searching for midi event to change the meta event type."},
+    {"Fehler beim Suchen des Midi-Befehls um Meta-Event-Wert zu ändern.",
+     "Error searching for midi event to change the meta event value."},
+    {"Fehler beim Suchen des Midi-Befehls um Midi-Kanal zu ändern.",
+     "Error searching for midi event to change the midi channel."},
+    {"Fehler beim Suchen des Midi-Befehls um Notenlänge zu ändern.",
+     "Error searching for midi event to change the note length."},
+    {"Fehler beim Suchen des Midi-Befehls um Note zu ändern.",
+     "Error searching for midi event to change the note."},
+    {"Fehler beim Suchen des Midi-Befehls um Note zu ändern.",
+     "Error searching for midi event to change the note."},
+    {"Fehler beim Suchen des Midi-Befehls um Pitch Bend zu ändern.",
+     "Error searching for midi event to change the pitch bend value."},
+    {"Fehler beim Suchen des Midi-Befehls um Position zu ändern.",
+     "Error searching for midi event to change the position."},
+    {"Fehler beim Suchen des Midi-Befehls um Programm-Wechsel zu ändern.",
+     "Error searching for midi event to modify the patch change."},
+    {"Fehler beim Suchen des Midi-Befehls um Sysex zu ändern.",
+     "Error searching for midi event to change the sysex."},
+}};
+constexpr TNotFound NotePositionNotFound = {
+    "Fehler beim Suchen des Midi-Befehls um Position der Note zu ändern.",
+    "Error searching for midi event to change the position of note."};
+constexpr TNotFound ProgramPositionNotFound = {
+    "Fehler beim Suchen des Midi-Befehls um Programm-Wechsel zu verschieben.",
+    "Error searching for midi event to change the position of program change."};
+
 std::string NotFoundText(TEventEdit edit, TEventKind kind) {
-  const auto both = [](std::string_view german, std::string_view english) {
-    return Text("Fehler beim Suchen des Midi-Befehls um " + std::string(german) + ".",
-                "Error searching for midi event to " + std::string(english) + ".");
-  };
-  switch (edit) {
-    case TEventEdit::Position:
-      if (kind == TEventKind::Note)
-        return both("Position der Note zu ändern", "change the position of note");
-      if (kind == TEventKind::ProgramChange)
-        return both("Programm-Wechsel zu verschieben", "change the position of program change");
-      return both("Position zu ändern", "change the position");
-    case TEventEdit::MidiChannel: return both("Midi-Kanal zu ändern", "change the midi channel");
-    case TEventEdit::Controller: return both("Controller zu ändern", "change the controller");
-    case TEventEdit::ProgChange: return both("Programm-Wechsel zu ändern", "modify the patch change");
-    case TEventEdit::MetaEvent: return both("Meta-Event-Typ zu ändern", "change the meta event type");
-    case TEventEdit::NoteLength: return both("Notenlänge zu ändern", "change the note length");
-    case TEventEdit::PitchBend: return both("Pitch Bend zu ändern", "change the pitch bend value");
-    case TEventEdit::CtrlValue:
-      return both("Controller-Wert zu ändern", "change the value of controller");
-    case TEventEdit::MetaValue: return both("Meta-Event-Wert zu ändern", "change the meta event value");
-    case TEventEdit::SysexValue: return both("Sysex zu ändern", "change the sysex");
-    default: return both("Note zu ändern", "change the note");
-  }
+  TNotFound text = NotFoundTexts[Index(edit)];
+  if (edit == TEventEdit::Position && kind == TEventKind::Note) text = NotePositionNotFound;
+  if (edit == TEventEdit::Position && kind == TEventKind::ProgramChange) text = ProgramPositionNotFound;
+  return Text(text.German, text.English);
 }
 
 }  // namespace
@@ -114,6 +133,7 @@ TCellEditing TEventEdits::GetCellEditorType(int column, std::int32_t row) {
   const std::string shown = rows.Row(row).Fields[static_cast<std::size_t>(column)];
   EditOnRow[Index(edit)] = row;
   EditPrev[Index(edit)] = shown;
+  pendingKind = KindOf(event);
   if (edit == TEventEdit::MetaValue && HoldsXFChord(event)) EditXFChordPrev = shown;
   if (column == PositionColumn)
     WarnOfSoundChange(event, Text("Ändern Sie die Position nur wenn Sie genau wissen was Sie "
@@ -203,7 +223,7 @@ TEditResult TEventEdits::CellEditDone(int column, std::int32_t row, std::string_
                                                : rows.Row(row).Fields[static_cast<std::size_t>(column)];
   onRow = 0;
   if (event == nullptr) {
-    Post(NotFoundText(edit, TEventKind::Unknown));
+    Post(NotFoundText(edit, pendingKind));
     return Refused(cell);
   }
   if (cell.Text == cell.Prev) return Refused(cell);

@@ -187,6 +187,7 @@ class TEventEdits {
   IMessages& messages;
   SongGate& gate;
   TEventUndo undo;
+  TEventKind pendingKind = TEventKind::Unknown;  ///< of the row whose editor was opened last
 };
 
 }  // namespace Sonarello
