@@ -227,7 +227,7 @@ std::string Missing(const Arguments& a) {
     return Text("Es fehlt das Ziel: -o OUT", "The target is missing: -o OUT");
   if (a.Command == "revoice" && a.Rules.empty())
     return Text("Es fehlen die Regeln: --rules FILE", "The rules are missing: --rules FILE");
-  if (a.Command == "rows" && !a.Track && !a.Sysexs)
+  if (a.Command == "rows" && !a.Track && !a.SysexList)
     return Text("Es fehlt die Spur: --track N", "The track is missing: --track N");
   const bool wantsProgram = a.Command == "name" || (a.Command == "drums" && (a.MSB || a.LSB));
   if (wantsProgram && !a.Program)
@@ -240,7 +240,7 @@ std::string Contradiction(const Arguments& a) {
   if (a.Track && a.Channel)
     return Text("--track und --channel schließen einander aus",
                 "--track and --channel exclude each other");
-  if (a.Track && a.Sysexs)
+  if (a.Track && a.SysexList)
     return Text("--track und --sysex schließen einander aus", "--track and --sysex exclude each other");
   if (!a.Kit.empty() && a.Program)
     return Text("--kit und --program schließen einander aus", "--kit and --program exclude each other");

@@ -26,7 +26,7 @@ struct Arguments {
   std::optional<int> Channel;  ///< events, name: 1 to 16
   bool Decoded = false;        ///< events
   std::optional<int> Filter;   ///< rows: 0 to 8
-  bool Sysexs = false;         ///< rows: the sysex list
+  bool SysexList = false;      ///< rows: the sysex list
   std::string Output;          ///< save, fit, revoice, new
   std::optional<int> Format;   ///< save, fit, revoice: 0 or 1; else the format that the file had
   std::string Rules;           ///< revoice: file of the rules

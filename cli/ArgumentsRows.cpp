@@ -27,7 +27,7 @@ void AddRows(CLI::App& app, Arguments& a) {
            "6 pitch bend, 7 sysex, 8 metas [0]"),
       "N");
   rows->add_flag_callback(
-      "--sysex", [&a] { a.Sysexs = true; },
+      "--sysex", [&a] { a.SysexList = true; },
       Text("Die Liste der Sysexe statt einer Spur", "The list of sysexes instead of a track"));
 }
 

@@ -48,7 +48,7 @@ int RowsCommand(const Arguments& arguments, const Setup& setup, Console& console
   TEventRows rows(desk.song, setup.routes, setup.options, gate);
   Wire(rows, desk);
   rows.UpdateDisplayedEvents();
-  if (arguments.Sysexs)
+  if (arguments.SysexList)
     rows.ShowSysexs();
   else
     rows.CB_TrackListChange(*arguments.Track);

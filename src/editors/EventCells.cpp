@@ -227,12 +227,22 @@ TEditResult TEventEdits::CellEditDone(int column, std::int32_t row, std::string_
     return Refused(cell);
   }
   if (cell.Text == cell.Prev) return Refused(cell);
+  const std::uint64_t steps = undo.Steps();
   try {
     return Apply(cell);
   } catch (const std::bad_alloc&) {
+    if (undo.Steps() != steps) TakeBackHalf();
     Post(OutOfMemoryText());
     return Refused(cell);
   }
+}
+
+/// An edit failed half way: the song is as it was, and the rows are read anew.
+void TEventEdits::TakeBackHalf() {
+  TEventIndex other(gate);
+  other.Build(*undo.Track(), {.Track = 0, .Format = 1, .Filter = 0});
+  TStep::Undo(*this, other);
+  rows.ShowEventsOnTrack(rows.ShowingTrack);
 }
 
 TEditResult TEventEdits::Apply(const TCell& cell) {

@@ -74,8 +74,6 @@ struct TEventEditHooks {
   std::function<void(int channel)> DisplayPatchName;  ///< the sound of a channel (0-15)
   std::function<void(int channel)> NotesChanged;      ///< notes of a channel (0-15), for their views
   std::function<void()> UndoChanged;                  ///< state and text of the undo item
-  /// The explanation of a sysex that was just edited; unset: as its row tells it.
-  std::function<std::string(std::span<const std::uint8_t>)> ExplainEdited;
 };
 
 /// Edits what `TEventRows` shows. An edit keeps the song whole (`CheckSong`), brings rows and index up
@@ -149,6 +147,7 @@ class TEventEdits {
   [[nodiscard]] TEditResult Refused(const TCell& cell, std::string status = {}) const;
   [[nodiscard]] TEditResult Done(const TCell& cell, int column) const;
   TEditResult Apply(const TCell& cell);
+  void TakeBackHalf();
 
   TEditResult EditPosition(const TCell& cell);
   TEditResult EditChannel(const TCell& cell);

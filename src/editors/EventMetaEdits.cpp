@@ -8,6 +8,7 @@
 #include "editors/EventEdits.h"
 #include "editors/EventPosition.h"
 #include "editors/EventStep.h"
+#include "editors/SysexExplain.h"
 #include "editors/XFChordText.h"
 #include "playback/InstrumentResets.h"
 
@@ -220,8 +221,8 @@ TEditResult TEventEdits::SetSysex(const TCell& cell, TBytes bytes) {
   TStep step(*this, Text("Sysex ändern", "change sysex"));
   step.Change(cell.Event, [&](PtrMidiEvent e) { TStep::SetMeta(e, bytes); });
   step.Finish();
-  if (Hooks.ExplainEdited && cell.Event->Command == Sysex)
-    rows.Explain(cell.Event, Hooks.ExplainEdited(cell.Event->Meta.Bytes()));
+  if (cell.Event->Command == Sysex)
+    rows.Explain(cell.Event, ExplainSysex(cell.Event->Meta.Bytes(), TExplained::Edited));
   return Done(cell, Value2Column);
 }
 
@@ -245,6 +246,8 @@ TEditResult TEventEdits::RecomputeChecksum(std::int32_t row) {
 }
 
 bool TEventEdits::IsProtected(const TypMidiEvent& event) const {
+  // Effects hold the events of their memory, whatever those are.
+  if (rows.ShownTrack() < 0) return true;
   if (event.Command != Sysex) return false;
   bool held = false;
   song.ForEachReference([&](PtrMidiEvent& e) { held = held || e == &event; });

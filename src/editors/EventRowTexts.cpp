@@ -5,6 +5,7 @@
 #include "core/MidiFunctions.h"
 #include "core/Texts.h"
 #include "core/TimeMap.h"
+#include "editors/SysexExplain.h"
 #include "editors/XFChordText.h"
 
 namespace Sonarello {
@@ -171,8 +172,7 @@ TEventData TEventRowTexts::Row(const TypMidiEvent& event, int listIndex, std::in
     TellChannelEvent(event, length, bank, row);
   } else if (kind == TEventKind::Sysex) {
     fields[Value1Column] = event.Command == Sysex ? "F0" : "F7";
-    if (event.Command == Sysex && Hooks.ExplainSysex)
-      fields[LengthColumn] = Hooks.ExplainSysex(event.Meta.Bytes());
+    if (event.Command == Sysex) fields[LengthColumn] = ExplainSysex(event.Meta.Bytes());
     fields[Value2Column] = HexText(event.Meta.Bytes());
   } else {
     fields[Value1Column] = Number(event.MType);

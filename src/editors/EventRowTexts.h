@@ -25,8 +25,6 @@ struct TEventData {
 
 /// What the texts ask of others; unset ones leave their column empty.
 struct TRowTextHooks {
-  /// The explanation of a sysex by its bytes behind F0; empty for one that no rule knows.
-  std::function<std::string(std::span<const std::uint8_t>)> ExplainSysex;
   /// Name of a sound change on a channel (0-15); -1 for a bank that is not given.
   std::function<std::string(int channel, const TAddress&)> ProgramChangeName;
   /// Name of a drum key if a drum editor shows the channel (0-15), else none.

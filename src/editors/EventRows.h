@@ -86,6 +86,8 @@ class TEventRows {
   void ForgetTexts() const noexcept { ++generation; }
   /// Another explanation (column 6) for an event, until the rows are built anew.
   void Explain(PtrMidiEvent event, std::string text);
+  /// Events have left the song: none has another explanation any more.
+  void ForgetExplanations() { explained.clear(); }
   /// Track of `MidiTrack` that is shown, -1 for an effect memory or none.
   [[nodiscard]] int ShownTrack() const noexcept;
   /// Rows as lines, the columns parted by tabs.

@@ -148,6 +148,7 @@ void TEventEdits::TStep::Remove(const std::vector<PtrMidiEvent>& events) {
     while (goes(place)) place = place->PrevEvent;
   std::erase_if(signatures, goes);
   edits.undo.Remove(gone);
+  edits.rows.ForgetExplanations();
   index.Adopt();
 }
 
@@ -215,6 +216,7 @@ void TEventEdits::TStep::Cancel() {
   const auto held = edits.gate.Enter();
   edits.undo.Undo([&](PtrMidiEvent e) { index.Leave(*e); }, [&](PtrMidiEvent e) { index.Enter(e); });
   index.Adopt();
+  if (edits.Hooks.UndoChanged) edits.Hooks.UndoChanged();
 }
 
 std::vector<PtrMidiEvent> TEventEdits::TStep::Undo(TEventEdits& edits, TEventIndex& known) {
@@ -238,6 +240,7 @@ std::vector<PtrMidiEvent> TEventEdits::TStep::Undo(TEventEdits& edits, TEventInd
       back.push_back(e);
     };
     edits.undo.Undo(leave, enter);
+    edits.rows.ForgetExplanations();
     known.Adopt();
   }
   step.Finish();

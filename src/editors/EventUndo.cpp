@@ -27,6 +27,7 @@ TKeySignArray* TEventUndo::Keys() const noexcept {
 
 void TEventUndo::Begin(std::string what, TMyTrack& edited, int trackNumber) {
   Discard();
+  ++steps;
   track = &edited;
   number = trackNumber;
   rest = {};

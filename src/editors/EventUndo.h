@@ -45,6 +45,8 @@ class TEventUndo {
   void Forget() noexcept;
 
   [[nodiscard]] bool IsEnabled() const noexcept { return !name.empty(); }
+  /// Edits that have begun so far.
+  [[nodiscard]] std::uint64_t Steps() const noexcept { return steps; }
   /// Events that are kept.
   [[nodiscard]] std::size_t Size() const noexcept { return entries.size(); }
   [[nodiscard]] const std::string& Name() const noexcept { return name; }
@@ -82,6 +84,7 @@ class TEventUndo {
   std::string name;
   TMyTrack* track = nullptr;
   int number = -1;  ///< of the track, -1 for an effect memory
+  std::uint64_t steps = 0;
   std::vector<TEntry> entries;
   TRest rest;
 };

@@ -24,7 +24,6 @@ struct RowBench : EditorBench {
 TEST(EventInsert, EachKindComesWithItsDefault) {
   RowBench s;
   s.Ctrl(100, 1, 1, 3).Open(1, 5000);
-  s.rows.Texts.Hooks.ExplainSysex = [](std::span<const std::uint8_t>) { return "GM System On"; };
   const auto values = [&](TEventKind kind) {
     const std::int32_t row = s.Insert(kind, 1);
     EXPECT_EQ(row, 2) << KindName(kind);
@@ -53,6 +52,31 @@ TEST(EventInsert, ALyricsRowHasItsUsualWordWhenTheListIsBuiltAnew) {
   s.rows.UpdateDisplayedEvents();
   EXPECT_EQ(s.Cell(1, LengthColumn), "Lyric");
   EXPECT_TRUE(s.WasTold("lyrics"));
+}
+
+TEST(EventInsert, AnEventThatIsTakenBackLeavesItsWordToNoOther) {
+  RowBench s;
+  s.Open();
+  s.Insert(TEventKind::Meta, 1);
+  s.edits.PM_UndoClick();
+  EXPECT_EQ(s.Insert(TEventKind::Controller, 1), 1);
+  EXPECT_EQ(s.Cell(1, LengthColumn), "Volume");
+}
+
+TEST(EventDelete, TheEventsOfAnEffectMemoryStay) {
+  RowBench s;
+  s.Instrument(87);
+  TMyTrack& effects = *s.song.DSPTrackOf(87);
+  BeginTrack(s.song.Pool, effects);
+  Append(effects, NewSysex(s.song.Pool, Bytes{0x43, 0xF7}, 0));
+  EndTrack(s.song.Pool, effects, 999);
+  s.Open();
+  s.rows.ShowSysexs();
+  EXPECT_EQ(s.edits.PM_DeleteMidiEventClick({1}), 0);
+  EXPECT_EQ(s.LastMessage(), "This sysex is not to be deleted!");
+  EXPECT_TRUE(s.Edit(1, Value2Column, "43 10").Applied);
+  s.edits.PM_UndoClick();
+  EXPECT_EQ(s.Cell(1, Value2Column), "43 F7");
 }
 
 TEST(EventInsert, MasterGetsATempo) {

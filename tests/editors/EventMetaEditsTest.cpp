@@ -208,13 +208,11 @@ TEST(EventSysexes, BytesAreTypedInHexadecimal) {
 
 TEST(EventSysexes, AnEditedOneHasItsOwnExplanationUntilTheListIsBuiltAnew) {
   MetaBench s;
-  s.rows.Texts.Hooks.ExplainSysex = [](std::span<const std::uint8_t>) { return "shown"; };
-  s.edits.Hooks.ExplainEdited = [](std::span<const std::uint8_t>) { return "edited"; };
   s.Exclusive(0, {0x43, 0x10, 0xF7}).Open();
-  s.Edit(1, Value2Column, "26 F7");
-  EXPECT_EQ(s.Cell(1, LengthColumn), "edited");
+  s.Edit(1, Value2Column, "26 7B 0F 00 02 00");
+  EXPECT_EQ(s.Cell(1, LengthColumn), "Ketron Part 3: Sound part");
   s.rows.UpdateDisplayedEvents();
-  EXPECT_EQ(s.Cell(1, LengthColumn), "shown");
+  EXPECT_EQ(s.Cell(1, LengthColumn), "Ketron Part 3: Voice part");
 }
 
 TEST(EventSysexes, TheChecksumOfARolandMessageCanBeComputed) {

@@ -148,11 +148,8 @@ TEST(EventRows, SysexesShowTheirBytesAndTheirExplanation) {
   s.Exclusive(0, {0x0A});
   s.Track(1).TrkLastEvent->Command = SysexEscape;
   s.Open();
-  s.rows.Texts.Hooks.ExplainSysex = [](std::span<const std::uint8_t> bytes) {
-    return "of " + std::to_string(bytes.size());
-  };
-  s.rows.ShowEventsOnTrack(1);
-  EXPECT_EQ(s.Fields(1)[5] + "|" + s.Fields(1)[6] + "|" + s.Fields(1)[7], "F0|of 5|7E 7F 09 01 F7");
+  EXPECT_EQ(s.Fields(1)[5] + "|" + s.Fields(1)[6] + "|" + s.Fields(1)[7],
+            "F0|GM System On|7E 7F 09 01 F7");
   EXPECT_EQ(s.Fields(2)[5] + "|" + s.Fields(2)[6] + "|" + s.Fields(2)[7], "F7||0A");
 }
 
