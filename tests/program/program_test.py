@@ -39,8 +39,11 @@ class Display:
         with os.fdopen(read) as pipe:
             self.name = ":" + pipe.readline().strip()
         self.environment = dict(os.environ, DISPLAY=self.name)
-        self.manager = subprocess.Popen(["openbox"], env=self.environment, stdout=subprocess.DEVNULL,
-                                        stderr=subprocess.DEVNULL)
+        # A window that asks to be shown while the manager still starts may never be.
+        managed = pathlib.Path(folder, "managed")
+        self.manager = subprocess.Popen(["openbox", "--startup", f"touch {managed}"], env=self.environment,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        until("the window manager", managed.exists)
         self.picture = pathlib.Path(folder, "Xvfb_screen0")
         until("the display's picture", self.picture.exists)
 
