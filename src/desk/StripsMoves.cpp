@@ -64,8 +64,6 @@ void TStripsMoves::Set(int channel, int controller, int value) {
   if (event != nullptr) CallHook(desk.Hooks.EventChanged, event, becameReal);
 }
 
-/// Sends a value or parks it for the next start. A value that goes out takes back one that waits: it
-/// would undo the move when the song starts.
 void TStripsMoves::Send(int channel, int controller, int value) {
   const int route = desk.RouteOf(channel);
   const bool send = desk.CanSend(route);

@@ -32,6 +32,10 @@ class TStripsMoves {
   void SetMasterVolume(bool on);
   [[nodiscard]] bool MasterVolume() const;
 
+  /// Sends a value, or parks it for the next start where nothing may be sent now. One that goes out
+  /// takes back one that waits: that would undo the move when the song starts.
+  void Send(int channel, int controller, int value);
+
   /// Value of a control (0-127) as it stands on the desk.
   [[nodiscard]] int ValueOf(int channel, int controller) const;
   /// Remembers where the faders of all channels stand, in `TMidiPlayer::SliderSnapshot`.
@@ -39,7 +43,6 @@ class TStripsMoves {
 
  private:
   void Set(int channel, int controller, int value);
-  void Send(int channel, int controller, int value);
   void DragOthers(int channel, int value);
 
   TStripsDesk& desk;
