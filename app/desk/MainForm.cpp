@@ -12,6 +12,8 @@
 #include "app/desk/DeskViews.h"
 #include "app/desk/ToolWindows.h"
 #include "app/desk/VelocityEditor.h"
+#include "app/editors/ControllerForm.h"
+#include "app/editors/EventListForm.h"
 #include "app/instruments/AutoRevoicerForm.h"
 #include "app/instruments/PatchesForm.h"
 #include "app/instruments/SoundBrowserForm.h"
@@ -77,6 +79,7 @@ TMainForm::TMainForm(const TMainFormParts& parts) : p(parts), midiIn(parts.midi)
 TMainForm::~TMainForm() {
   std::erase(p.work.desk.Observers, static_cast<SongObserver*>(this));
   p.work.UndoChanged = p.work.RecentChanged = p.work.LyricsChanged = p.work.EffectsChanged = nullptr;
+  p.work.EventsChanged = p.work.LeavingSong = nullptr;
   p.messages.Work.Shown = nullptr;
   // A field tells what was typed when it loses the focus, even as it ends.
   for (const QObject* part : content->findChildren<QObject*>()) part->disconnect(this);
@@ -91,6 +94,8 @@ void TMainForm::BuildMenu() {
   connect(switches, &WindowSwitches::switchClicked, this, [this](DeskWindow window) {
     if (window == DeskWindow::Sounds) windows->Toggle(ToolWindow::Sounds);
     if (window == DeskWindow::Keyboard) windows->Toggle(ToolWindow::Keyboard);
+    if (window == DeskWindow::Events) windows->Toggle(ToolWindow::Events);
+    if (window == DeskWindow::Controllers) windows->Toggle(ToolWindow::Controllers);
   });
   UpdateRecentMenu();
 }
@@ -218,6 +223,7 @@ void TMainForm::SongChanged() {
   ShowKeyboardChannel();
   patchesForm->ShowAll();
   revoicerForm->ShowAll();
+  ShowEditors();
   UpdateSwitches();
   // The keys of the strips work at once; without a song Return opens one.
   if (loaded)
@@ -231,12 +237,16 @@ void TMainForm::SoundChanged(int channel) {
   if (channel == p.work.desk.song.ActiveMidiIndex) ShowController();
   if (channel == p.work.desk.song.ActiveMidiIndex) ShowKeyboardChannel();
   patchesForm->ShowChannel(channel);
+  controllerForm->ShowChannel(channel);
+  eventListForm->ShowValues();
 }
 
 void TMainForm::StripChanged(int strip) {
   ShowStrip(strip);
   patchesForm->ShowChannel(strip);
   browserForm->StripChanged(strip);
+  controllerForm->ShowChannel(strip);
+  eventListForm->ShowValues();
 }
 
 void TMainForm::SelectionChanged() {
@@ -272,6 +282,7 @@ void TMainForm::TimesChanged() {
   ShowLoop();
   ShowFile();
   ShowPosition();
+  eventListForm->ShowValues();
 }
 
 void TMainForm::ShowLyrics() {

@@ -19,6 +19,8 @@
 namespace Sonarello {
 
 class TAutoRevoicerForm;
+class TControllerForm;
+class TEventListForm;
 class TOptionsForm;
 class ToolWindows;
 class TPatchesForm;
@@ -178,6 +180,15 @@ class TMainForm : public QMainWindow, private SongObserver, private TDeskPanels 
   void UpdateSwitches();
   void ShowKeyboardChannel();
 
+  // --- Editors (MainFormEditors.cpp)
+  void BuildEditors();
+  void MME_ListEditorClick();
+  void MME_TempoEditorClick();
+  void MME_UndoClick();
+  void ShowEventList(int track, int filter);
+  void ShowEditors();
+  [[nodiscard]] int TrackOfSelected() const;
+
   void Status(const QString& text);
   void ShowFile();
   void ShowStatus();
@@ -188,6 +199,7 @@ class TMainForm : public QMainWindow, private SongObserver, private TDeskPanels 
   void SoundChanged(int channel) override;
   void StripChanged(int strip) override;
   void ControllerChanged(int channel, int controller, int value) override;
+  void EventChanged(PtrMidiEvent event, bool becameReal) override;
   void SelectionChanged() override;
   void ModifiedChanged() override;
   void RoutesChanged() override;
@@ -200,6 +212,8 @@ class TMainForm : public QMainWindow, private SongObserver, private TDeskPanels 
   std::unique_ptr<TAutoRevoicerForm> revoicerForm;
   std::unique_ptr<TVirtualKeysForm> keysForm;
   std::unique_ptr<TOptionsForm> optionsForm;
+  std::unique_ptr<TEventListForm> eventListForm;
+  std::unique_ptr<TControllerForm> controllerForm;
   std::unique_ptr<VelocityEditor> velocityEditor;
   std::unique_ptr<UpdateCheck> updates;
   ToolWindows* windows = nullptr;

@@ -64,6 +64,7 @@ bool TMainForm::ReadSong(const std::string& file, const TNewSong* wishes) {
   ShowTransport();
   ShowPosition();
   p.work.SongOpened(opened);
+  if (!opened) ShowEditors();
   return opened;
 }
 

@@ -33,7 +33,10 @@ void TMainForm::MenuChosen(std::string_view name) {
       {"MMF_SaveMidifile", [](TMainForm& f) { f.MMF_SaveMidifileClick(); }},
       {"MMF_SaveFileAsFormat0", [](TMainForm& f) { f.SaveAs(0); }},
       {"MMF_SaveFileAsFormat1", [](TMainForm& f) { f.SaveAs(1); }},
-      {"MME_Undo", [](TMainForm& f) { f.p.work.undo.Undo(); }},
+      {"MME_Undo", [](TMainForm& f) { f.MME_UndoClick(); }},
+      {"MME_ListEditor", [](TMainForm& f) { f.MME_ListEditorClick(); }},
+      {"MME_TempoEditor", [](TMainForm& f) { f.MME_TempoEditorClick(); }},
+      {"MMV_Controllers", [](TMainForm& f) { f.windows->Toggle(ToolWindow::Controllers); }},
       {"MME_AutoRevoicer", [](TMainForm& f) { f.windows->Toggle(ToolWindow::Revoicer); }},
       {"MME_VirtualKeyboard", [](TMainForm& f) { f.windows->Toggle(ToolWindow::Keyboard); }},
       {"MMV_Sounds", [](TMainForm& f) { f.windows->Toggle(ToolWindow::Sounds); }},
@@ -58,8 +61,9 @@ void TMainForm::MenuChosen(std::string_view name) {
 void TMainForm::UpdateMenu() {
   menu->SetState({.SongLoaded = p.work.desk.song.MidiFileLoaded, .Playing = p.work.desk.IsPlaying()});
   QAction& undo = menu->Entry("MME_Undo");
-  undo.setText(ToQt(p.work.undo.MenuText()));
-  menu->Forbid("MME_Undo", p.work.undo.IsEnabled()
+  const bool ofList = p.work.eventEdits.CanUndo();
+  undo.setText(ToQt(ofList ? p.work.eventEdits.UndoText() : p.work.undo.MenuText()));
+  menu->Forbid("MME_Undo", ofList || p.work.undo.IsEnabled()
                                ? QString()
                                : QText("Es gibt keinen Befehl, der zurückzunehmen wäre",
                                        "There is no command to take back"));
@@ -73,6 +77,7 @@ void TMainForm::UpdateMenu() {
   check("MMV_Light", th().kind == ThemeKind::Light);
   check("MMV_Lyrics", p.work.desk.settings.ShowLyrics);
   check("MMV_Effects", showEffects);
+  check("MMV_Controllers", windows->IsShown(ToolWindow::Controllers));
   check("MMV_Sounds", windows->IsShown(ToolWindow::Sounds));
   check("MME_AutoRevoicer", windows->IsShown(ToolWindow::Revoicer));
   check("MME_VirtualKeyboard", windows->IsShown(ToolWindow::Keyboard));

@@ -6,6 +6,7 @@
 #include "app/desk/DeskViews.h"
 #include "app/desk/MainForm.h"
 #include "app/desk/VelocityEditor.h"
+#include "app/editors/ControllerForm.h"
 #include "app/panels/ControllerPanel.h"
 #include "app/panels/EffectRow.h"
 #include "core/Texts.h"
@@ -142,6 +143,7 @@ void TMainForm::ShowController() {
 
 void TMainForm::ControllerChanged(int channel, int number, int) {
   constexpr int volume = 7;
+  if (number == p.work.controllers.Controller()) controllerForm->ShowChannel(channel);
   if (number == volume) return ShowStrip(channel);
   if (channel == p.work.desk.song.ActiveMidiIndex) ShowController();
 }

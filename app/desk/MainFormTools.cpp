@@ -34,6 +34,7 @@ void TMainForm::BuildWindows() {
   windows->Add(ToolWindow::Sounds, *patchesForm, "Patch", QSize(560, 520));
   windows->Add(ToolWindow::Revoicer, *revoicerForm, "Revoicer", QSize(720, 480));
   windows->Add(ToolWindow::Keyboard, *keysForm, "VirtualKeys", QSize(880, 150));
+  BuildEditors();
   connect(windows, &ToolWindows::shownChanged, this, &TMainForm::UpdateSwitches);
 }
 
@@ -47,10 +48,10 @@ void TMainForm::UpdateSwitches() {
   const auto later = [this](DeskWindow window, const QString& reason) {
     switches->SetView(window, {.shown = false, .reason = reason});
   };
-  later(DeskWindow::Controllers, QText("Die Controller-Übersicht gehört noch nicht zu dieser Version",
-                                       "The controller overview is not part of this version yet"));
-  later(DeskWindow::Events, QText("Die Event-Liste gehört noch nicht zu dieser Version",
-                                  "The event list is not part of this version yet"));
+  switches->SetView(DeskWindow::Controllers, {.shown = windows->IsShown(ToolWindow::Controllers),
+                                              .reason = song ? QString() : noSong});
+  switches->SetView(DeskWindow::Events, {.shown = windows->IsShown(ToolWindow::Events),
+                                         .reason = song ? QString() : noSong});
   later(DeskWindow::KeyEditor, QText("Der Key-Editor gehört noch nicht zu dieser Version",
                                      "The key editor is not part of this version yet"));
   later(DeskWindow::Drums, QText("Die Drum-Editoren gehören noch nicht zu dieser Version",

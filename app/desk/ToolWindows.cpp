@@ -101,7 +101,8 @@ void ToolWindows::Freeze(bool frozen) {
 }
 
 void ToolWindows::Restore() {
-  for (const ToolWindow which : {ToolWindow::Sounds, ToolWindow::Revoicer, ToolWindow::Keyboard})
+  for (const ToolWindow which : {ToolWindow::Sounds, ToolWindow::Revoicer, ToolWindow::Keyboard,
+                                 ToolWindow::Events, ToolWindow::Controllers})
     if (Of(which).Window != nullptr && WasShown(store, Of(which).Name)) Show(which);
 }
 

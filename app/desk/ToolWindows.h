@@ -12,8 +12,8 @@
 
 namespace Sonarello {
 
-enum class ToolWindow { Sounds, Revoicer, Keyboard };
-inline constexpr int ToolWindowCount = 3;
+enum class ToolWindow { Sounds, Revoicer, Keyboard, Events, Controllers };
+inline constexpr int ToolWindowCount = 5;
 
 /// Brings a window to where it was left, or into the middle of the main screen, so that it can be seen.
 /// `name` is that of its settings, such as "Patch"; the size is its own unless one was stored.

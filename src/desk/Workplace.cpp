@@ -18,15 +18,25 @@ Workplace::Workplace(const TDeskParts& parts, const std::string& dataPath)
                                  revoicer},
               desk.Sender()),
       overview(desk.song, desk.names, desk.Routes(), parts.messages, desk.gate),
+      eventRows(desk.song, desk.Routes(), desk.options, desk.gate),
+      eventEdits(desk.song, eventRows, desk.Functions(), desk.Routes(), parts.messages, desk.gate),
+      controllers(desk.strips),
       store(parts.store) {
   desk.options.DataPath = dataPath;
   desk.Observers.push_back(this);
-  desk.LeavingSong = [this] { browser.Btn_CancelClick(); };
+  desk.LeavingSong = [this] {
+    browser.Btn_CancelClick();
+    if (LeavingSong) LeavingSong();
+    eventRows.Clear();
+  };
   desk.SortSounds = [this](int instrumValue) {
     return BrowserLoadSettings(store, desk.options, instrumValue).SortSounds;
   };
   desk.WindowHooks.WritePendingBackup = [this](Song&) { backup.Tick(); };
-  desk.WindowHooks.CloseEditors = [this](Song&) { undo.Forget(); };
+  desk.WindowHooks.CloseEditors = [this](Song&) {
+    undo.Forget();
+    eventEdits.Forget();
+  };
   desk.WindowHooks.ReadLyrics = [this](Song& song) { lyrics.ReadAndShowLyrics(song); };
   desk.rerouting.Hooks.CancelBrowser = [this](int instrumValue) {
     if (browser.IsOpenFor(instrumValue)) browser.Btn_CancelClick();
@@ -34,12 +44,16 @@ Workplace::Workplace(const TDeskParts& parts, const std::string& dataPath)
   WireUndo();
   WireBrowser();
   WireRevoicer();
+  WireEvents();
+  WireEventEdits();
+  WireControllers();
 }
 
 Workplace::~Workplace() = default;
 
 void Workplace::TellSound(int channel) {
   desk.Tell([channel](SongObserver& o) { o.SoundChanged(channel); });
+  TellEvents();
 }
 
 void Workplace::WireUndo() {
@@ -55,7 +69,10 @@ void Workplace::WireUndo() {
     desk.strips.Position.SignaturesChanged();
     desk.Tell([](SongObserver& o) { o.SongChanged(); });
   };
+  undo.Hooks.UpdateEventList = [this] { TellEvents(); };
   undo.Hooks.MenuChanged = [this] {
+    // A tool has kept the whole song, the last edit of the list with it.
+    if (undo.IsEnabled()) eventEdits.ClearBackupedData();
     if (UndoChanged) UndoChanged();
   };
 }

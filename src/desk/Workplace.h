@@ -5,6 +5,7 @@
 #include <string>
 
 #include "desk/AutoBackup.h"
+#include "desk/ControllerOverview.h"
 #include "desk/Desk.h"
 #include "desk/EffectRow.h"
 #include "desk/LyricLines.h"
@@ -14,6 +15,8 @@
 #include "desk/RevoicerDesk.h"
 #include "desk/SoundBrowser.h"
 #include "desk/Undo.h"
+#include "editors/EventEdits.h"
+#include "editors/EventRows.h"
 
 namespace Sonarello {
 
@@ -52,6 +55,9 @@ class Workplace final : private SongObserver {
   TRevoicerDesk revoicerDesk;
   TSoundBrowser browser;
   TPatchOverview overview;
+  TEventRows eventRows;
+  TEventEdits eventEdits;
+  TControllerOverview controllers;
 
   /// The text or the state of the undo entries has changed.
   std::function<void()> UndoChanged;
@@ -60,6 +66,11 @@ class Workplace final : private SongObserver {
   /// Syllables, chords or their times are others.
   std::function<void()> LyricsChanged;
   std::function<void()> EffectsChanged;
+  /// Events came, went or moved, or tracks have other names: lists of events are made anew.
+  std::function<void()> EventsChanged;
+  /// The song is about to be replaced: windows let go of its events. They look at it again behind
+  /// `SongOpened`.
+  std::function<void()> LeavingSong;
 
  private:
   void SongChanged() override;
@@ -68,6 +79,10 @@ class Workplace final : private SongObserver {
   void WireUndo();
   void WireBrowser();
   void WireRevoicer();
+  void WireEvents();
+  void WireEventEdits();
+  void WireControllers();
+  void TellEvents();
   void ReadEffects();
   void TellSound(int channel);
 

@@ -83,9 +83,9 @@ bool MayBeTheSame(const std::string& text) {
       "Sonarello", "Auto Revoicer", "GM Soundset", "GM Soundset → Port A",
       "Auto Revoicer - GM Soundset", "Motif DSPs", "Yamaha DSPs", "Deutsch", "English",
       // Words of both languages
-      "Sounds", "Events", "Drums", "Transport", "Intelligent", "Tempo", "Solo", "Mute", "Bank",
-      "Instrument", "Master Equalizer", "Vocal Harmony", "MIDI", "MIDI IN", "MIDI Thru", "OK",
-      "Format 0", "Format 1", "ms"};
+      "Sounds", "Events", "Drums", "Panorama", "Expression", "Chorus", "Transport", "Intelligent",
+      "Tempo", "Solo", "Mute", "Bank", "Instrument", "Master Equalizer", "Vocal Harmony", "MIDI",
+      "MIDI IN", "MIDI Thru", "OK", "Format 0", "Format 1", "ms"};
   if (words.contains(text)) return true;
   // Signs and figures.
   return std::ranges::none_of(text, [](unsigned char c) { return std::isalpha(c) != 0; });

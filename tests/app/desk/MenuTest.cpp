@@ -4,6 +4,8 @@
 
 #include "app/desk/MainBench.h"
 #include "app/desk/MenuTable.h"
+#include "app/editors/ControllerForm.h"
+#include "app/editors/EventListForm.h"
 #include "app/instruments/AutoRevoicerForm.h"
 #include "app/instruments/PatchesForm.h"
 #include "app/options/OptionsForm.h"
@@ -163,6 +165,17 @@ Menu::TEffects Menu::ViewEffects() {
   return {
       {"MME_AutoRevoicer", [&] { return Toggles<TAutoRevoicerForm>("MME_AutoRevoicer"); }},
       {"MME_VirtualKeyboard", [&] { return Toggles<TVirtualKeysForm>("MME_VirtualKeyboard"); }},
+      {"MMV_Controllers", [&] { return Toggles<TControllerForm>("MMV_Controllers"); }},
+      {"MME_ListEditor",
+       [&] {
+         Choose("MME_ListEditor");
+         return Find<TEventListForm>()->isVisible();
+       }},
+      {"MME_TempoEditor",
+       [&] {
+         Choose("MME_TempoEditor");
+         return Find<TEventListForm>()->isVisible() && work->eventRows.FilterIndex() == 8;
+       }},
       {"MMV_Sounds", [&] { return Toggles<TPatchesForm>("MMV_Sounds"); }},
       {"MMV_Lyrics",
        [&] {
