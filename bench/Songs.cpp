@@ -11,6 +11,7 @@ namespace Sonarello::Bench {
 namespace {
 
 constexpr int TimeBase = 480;
+constexpr int ChannelCount = 16;
 
 /// xorshift64* (Vigna 2016): the same songs on every machine.
 class Dice {
@@ -195,7 +196,9 @@ Bytes OverlapSong(int size) {
 
 }  // namespace
 
-Bytes MixedSong(int events) {
+namespace {
+
+Bytes Mixture(int events, int channels) {
   Score score(17);
   PutSetup(score);
   Dice dice;
@@ -205,7 +208,7 @@ Bytes MixedSong(int events) {
     if (i % 4096 == 0)
       score.Put(0, tick, {0xFF, 0x51, 3, 5 + dice.Below(6), dice.Below(256), dice.Below(256)});
     if (i % 16384 == 0) score.Put(0, tick, {0xFF, 0x58, 4, 3 + dice.Below(3), 2, 24, 8});
-    const int channel = dice.Below(16);
+    const int channel = dice.Below(channels);
     if (dice.Below(100) < 72)
       PutNote(score, dice, busy, channel, tick);
     else
@@ -214,6 +217,12 @@ Bytes MixedSong(int events) {
   }
   return score.File();
 }
+
+}  // namespace
+
+Bytes MixedSong(int events) { return Mixture(events, ChannelCount); }
+
+Bytes OneTrackSong(int events) { return Mixture(events, 1); }
 
 const std::vector<Shape>& AwkwardShapes() {
   static const std::vector<Shape> shapes = {

@@ -13,6 +13,9 @@ using Bytes = std::vector<std::uint8_t>;
 /// per channel; about 84 % notes, then controllers, bends, aftertouch, programs, sysex, lyrics, tempi.
 [[nodiscard]] Bytes MixedSong(int events);
 
+/// A song of the same mixture whose events stand in one track, of channel 1.
+[[nodiscard]] Bytes OneTrackSong(int events);
+
 /// A song of an awkward shape, by its size.
 struct Shape {
   std::string_view Name;

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "Events.h"
 #include "Explain.h"
 #include "Floors.h"
 #include "Measure.h"
@@ -155,6 +156,22 @@ void MeasureExplaining() {
   std::printf("%.9f %.9f %.9f", figures.Random, figures.Known, figures.RuleByRule);
 }
 
+void MeasureEventList(const Arguments& arguments) {
+  Desk desk(0);
+  desk.options.AutoSysex = false;
+  desk.Open(arguments.at(1));
+  TMidiFunctions functions(desk.song, desk.options, desk.routes, desk.messages, desk.hooks);
+  const EventFigures f = MeasureEvents({.song = desk.song,
+                                        .options = desk.options,
+                                        .routes = desk.routes,
+                                        .messages = desk.messages,
+                                        .functions = functions},
+                                       std::stoi(arguments.at(2)));
+  for (const double figure : {f.Rows, f.RowBytes, f.Show, f.Page, f.Value, f.Move, f.Length, f.Insert,
+                              f.Delete, f.Undo, f.Tempo, f.Find})
+    std::printf("%.9f ", figure);
+}
+
 void MeasurePlaying(const Arguments& arguments) {
   const PlayerFigures figures = MeasurePlayer(arguments.at(1), Instrument(arguments));
   std::printf("%.9f %.9f %.9f %.12f %.12f", figures.Walk, figures.Move, figures.Tempo, figures.Pass,
@@ -190,6 +207,8 @@ bool Measure(const Arguments& arguments) {
     MeasureNames(arguments);
   else if (what == "explain")
     MeasureExplaining();
+  else if (what == "events")
+    MeasureEventList(arguments);
   else if (what == "memory")
     MeasureMemory(arguments);
   else

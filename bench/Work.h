@@ -16,11 +16,11 @@ namespace Sonarello::Bench {
 ///   sounds INSTRUMENT                 seconds to load the tables, their bytes, seconds to name a
 ///                                     sound and to find it in a hash map
 ///   player FILE INSTRUMENT            seconds of a plain walk, of winding to the end, of a live change
-///   of
-///                                     tempo, of a pass with nothing due
+///                                     of tempo, of a pass with nothing due
 ///   render FILE                       seconds of our render, of the bare synthesizer, and of sound
 ///   explain                           seconds to explain 100,000 random sysexes, as many that rules
 ///                                     know, and these with every rule tried
+///   events FILE TRACK                 figures of the event list, see Events.h
 ///   memory FILE INSTRUMENT            bytes of resident memory that the open song takes
 /// INSTRUMENT is a catalogue number. False for anything else.
 bool Measure(const std::vector<std::string>& arguments);

@@ -252,6 +252,31 @@ void MeasureSysexs(Report& report, int rounds) {
              Against(index, ruleByRule));
 }
 
+void MeasureEventList(Report& report, const WorkFolder& folder, int rounds) {
+  const std::string song = folder.Write("events.mid", OneTrackSong(1'000'000));
+  std::vector<Figures> all;
+  for (int round = 0; round < rounds; ++round)
+    all.push_back(InFreshProcess({"measure", "events", song, "1"}));
+  const auto middle = [&](std::size_t n) {
+    Figures figures;
+    for (const Figures& round : all) figures.push_back(round.at(n));
+    return Median(figures);
+  };
+  std::printf("an event list of %.0f rows\n", middle(0));
+  report.Row("bytes of a row", middle(1), Limit::AtMost, 16, "");
+  std::size_t figure = 2;
+  const auto row = [&](const char* what, double limit) {
+    report.Row("milliseconds to " + std::string(what), 1e3 * middle(figure++), Limit::AtMost, limit,
+               "");
+  };
+  row("show the list", 300);
+  row("read a page", 8);
+  for (const char* what : {"edit a value", "move a note", "change a length", "insert a note",
+                           "delete a note", "take that back", "edit a tempo"})
+    row(what, 20);
+  report.Row("milliseconds to search all rows", 1e3 * middle(figure), Limit::None, 0, "");
+}
+
 void MeasureShapes(Report& report, const WorkFolder& folder, int rounds) {
   std::printf("ten times the size\n");
   MeasureGrowth(report, "1,000,000 events of a usual mixture",
@@ -298,6 +323,7 @@ int Run(const Wishes& wishes) {
   MeasureSong(report, song, wishes.rounds);
   MeasureNames(report, folder, wishes.rounds);
   MeasureSysexs(report, wishes.rounds);
+  MeasureEventList(report, folder, std::min(wishes.rounds, 5));
   MeasurePlayback(report, song, wishes.rounds);
   MeasureRenders(report, folder, std::min(wishes.rounds, 5));
   if (wishes.shapes) MeasureShapes(report, folder, std::min(wishes.rounds, 5));

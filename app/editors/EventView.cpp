@@ -12,7 +12,7 @@ namespace Sonarello {
 
 namespace {
 
-constexpr double RowHeight = 24, HeadHeight = 26, Side = 10;
+constexpr double LineHeight = 24, HeadHeight = 26, Side = 10;
 /// Columns of fixed width at 100 %; explanation and second value share the rest.
 constexpr double Widths[] = {52, 108, 108, 48, 146, 176};
 constexpr double LeastWidth = 96, Comfortable = 190;
@@ -68,20 +68,12 @@ class EventHead : public QHeaderView {
 
 }  // namespace
 
-EventView::EventView(QWidget* parent) : QTableView(parent) {
+EventView::EventView(QWidget* parent) : RowTable(parent) {
   setHorizontalHeader(new EventHead(this));
-  verticalHeader()->hide();
-  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  setShowGrid(false);
   setFrameShape(QFrame::NoFrame);
-  setCornerButtonEnabled(false);
-  setWordWrap(false);
   setTabKeyNavigation(false);
-  setSelectionBehavior(SelectRows);
   setSelectionMode(ExtendedSelection);
   setEditTriggers(DoubleClicked | EditKeyPressed);
-  setVerticalScrollMode(ScrollPerItem);
-  setHorizontalScrollMode(ScrollPerPixel);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   setContextMenuPolicy(Qt::CustomContextMenu);
@@ -91,8 +83,7 @@ EventView::EventView(QWidget* parent) : QTableView(parent) {
 void EventView::LayOut() {
   const Metrics& m = metrics();
   horizontalHeader()->setFixedHeight(m.px(HeadHeight));
-  verticalHeader()->setMinimumSectionSize(m.px(RowHeight));
-  verticalHeader()->setDefaultSectionSize(m.px(RowHeight));
+  SetRowHeight(m.px(LineHeight));
   for (int column = 0; column < int(std::size(Widths)); ++column)
     setColumnWidth(column, m.px(Widths[column]));
   ShareWidth();
@@ -114,7 +105,7 @@ void EventView::ShareWidth() {
 }
 
 void EventView::resizeEvent(QResizeEvent* event) {
-  QTableView::resizeEvent(event);
+  RowTable::resizeEvent(event);
   ShareWidth();
 }
 
@@ -136,10 +127,6 @@ std::vector<std::int32_t> EventView::SelectedRows() const {
   return selected;
 }
 
-int EventView::VisibleRows() const {
-  return std::max(1, viewport()->height() / std::max(1, verticalHeader()->defaultSectionSize()));
-}
-
 bool EventView::event(QEvent* event) {
   // The desk takes back what its tools did; here it is the list's own edit.
   if (event->type() == QEvent::ShortcutOverride &&
@@ -147,7 +134,7 @@ bool EventView::event(QEvent* event) {
     event->accept();
     return true;
   }
-  return QTableView::event(event);
+  return RowTable::event(event);
 }
 
 bool EventView::CommandPressed(const QKeyEvent& key) {
@@ -187,7 +174,7 @@ void EventView::keyPressEvent(QKeyEvent* event) {
   // Blanks play and stop, Escape closes the window.
   if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier) return event->ignore();
   if (event->key() == Qt::Key_Escape) return event->ignore();
-  QTableView::keyPressEvent(event);
+  RowTable::keyPressEvent(event);
 }
 
 }  // namespace Sonarello

@@ -1,13 +1,12 @@
 // The table of the event list, with its keys.
 #pragma once
 
-#include <QTableView>
-
+#include "app/editors/RowTable.h"
 #include "editors/EventRows.h"
 
 namespace Sonarello {
 
-class EventView : public QTableView {
+class EventView : public RowTable {
   Q_OBJECT
 
  public:
@@ -16,8 +15,6 @@ class EventView : public QTableView {
   /// The selected rows, from 1, ascending.
   [[nodiscard]] std::vector<std::int32_t> SelectedRows() const;
   [[nodiscard]] std::int32_t SelectedCount() const;
-  /// Rows that are seen whole.
-  [[nodiscard]] int VisibleRows() const;
   /// True while the pointer draws a selection.
   [[nodiscard]] bool IsDragging() const { return state() == DragSelectingState; }
   /// Lengths of the scale in force.
