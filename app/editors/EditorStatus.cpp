@@ -49,6 +49,7 @@ void EditorStatus::ShowMessage(const QString& text) {
   message = text;
   MessageTimer.start();
   Tell();
+  if (text.isEmpty()) return;
   QAccessibleEvent alert(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
 }

@@ -16,7 +16,7 @@ class EditorStatus : public QWidget {
 
   /// What stands at the left, the first part in strong letters.
   void SetParts(const QStringList& parts);
-  /// Stands behind the parts until the next message, for MessageTime.
+  /// Stands behind the parts until the next message, for MessageTime; an empty one takes it away.
   void ShowMessage(const QString& message);
   /// Long work at the right: a word, a bar, the per cent. Within one work the bar never runs backwards.
   void ShowProgress(const QString& work, double done);

@@ -236,7 +236,7 @@ void TEventListForm::FinishEdit(const TEditResult& ended, int column) {
     MarkPlayRow();
   }
   ShowStatus();
-  if (!ended.Status.empty()) status->ShowMessage(ToQt(ended.Status));
+  status->ShowMessage(ToQt(ended.Status));
 }
 
 void TEventListForm::EditNext(std::int32_t row, int column, int step) {
@@ -347,6 +347,8 @@ void TEventListForm::keyPressEvent(QKeyEvent* event) {
 void TEventListForm::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
   if (stale) UpdateDisplayedEvents();
+  // Arrows, Insert and Delete work at once.
+  ASG_EventList->setFocus(Qt::ActiveWindowFocusReason);
   EventListTimer.start();
 }
 

@@ -15,7 +15,7 @@ namespace Sonarello {
 
 namespace {
 
-constexpr double KnobLeft = 7, KnobGap = 6;
+constexpr double KnobLeft = 7, KnobGap = 6, UsualKnob = 46, SmallKnob = 40;
 constexpr double BlockEdge = 12, ButtonEdge = 6, AudioGap = 8, AudioMost = 130;
 
 QString NameOf(const PanelController& controller) {
@@ -121,7 +121,6 @@ void ControllerPanel::RefreshRouting() {
 
 void ControllerPanel::Refresh() {
   for (std::size_t i = 0; i < PanelControllers; ++i) {
-    knobs_[i]->setDiameter(compact() ? 40 : 46);
     RefreshKnob(i);
   }
   RefreshRouting();
@@ -140,9 +139,21 @@ int ControllerPanel::ColumnLeft(std::size_t index) const {
   return left + static_cast<int>(std::lround(column * static_cast<double>(index)));
 }
 
+double ControllerPanel::KnobSide() const {
+  if (compact()) return SmallKnob;
+  // In narrow columns the names would be cut; the knobs give way.
+  const Metrics& m = metrics();
+  const QFontMetricsF sizes(m.font(Role::KnobName));
+  double widest = 0;
+  for (const PanelController& controller : ControllersOfPanel())
+    widest = std::max(widest, sizes.horizontalAdvance(NameOf(controller)));
+  const int column = ColumnLeft(1) - ColumnLeft(0) - 2 * m.hair();
+  return m.px(KnobLeft) + m.px(UsualKnob) + m.px(KnobGap) + widest <= column ? UsualKnob : SmallKnob;
+}
+
 QRect ControllerPanel::TextRect(std::size_t index) const {
-  const int left = ColumnLeft(index) + metrics().hair() + metrics().px(KnobLeft) + Px(40, 46) +
-                   metrics().px(KnobGap);
+  const int left = ColumnLeft(index) + metrics().hair() + metrics().px(KnobLeft) +
+                   metrics().px(knobSide_) + metrics().px(KnobGap);
   return {left, 0, ColumnLeft(index + 1) - left - metrics().hair(), height()};
 }
 
@@ -167,8 +178,10 @@ void ControllerPanel::Arrange() {
   const int buttonLeft = m.hair() + m.px(ButtonEdge);
   Panel_MidiRouting->setGeometry(buttonLeft, y, right - audio - buttonLeft, button);
   audioLine_ = QRect(right - audio + m.px(AudioGap), y, audio, button);
-  const int side = Px(40, 46);
+  knobSide_ = KnobSide();
+  const int side = m.px(knobSide_);
   for (std::size_t i = 0; i < PanelControllers; ++i) {
+    knobs_[i]->setDiameter(knobSide_);
     knobs_[i]->setGeometry(ColumnLeft(i) + m.hair() + m.px(KnobLeft), (height() - side) / 2, side,
                            side);
   }

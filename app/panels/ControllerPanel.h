@@ -75,6 +75,8 @@ class ControllerPanel : public Panel {
   [[nodiscard]] int BlockWidth() const;
   /// Left end of a column; index PanelControllers is the panel's right end.
   [[nodiscard]] int ColumnLeft(std::size_t index) const;
+  /// Diameter of the knobs for which there is room, pixels at 100 %.
+  [[nodiscard]] double KnobSide() const;
   [[nodiscard]] QRect TextRect(std::size_t index) const;
   [[nodiscard]] int ValueOf(std::size_t index) const;
   [[nodiscard]] double AudioWidth() const;
@@ -88,6 +90,7 @@ class ControllerPanel : public Panel {
   std::array<Knob*, PanelControllers> knobs_{};
   RoutingButton* Panel_MidiRouting;
   QRect channelLine_, soundLine_, audioLine_;
+  double knobSide_ = 46;
 };
 
 }  // namespace Sonarello

@@ -104,7 +104,6 @@ struct EventListBench : TestSong {
     form->resize(form->sizeHint());
     form->ShowSong(QStringLiteral("Auld_Lang_Syne_Genos.mid"), track);
     ShowForTest(*form);
-    form->Table().setFocus();
     return *this;
   }
   EventListBench& Select(std::int32_t row, int column = PositionColumn) {

@@ -130,6 +130,22 @@ TEST_F(Window, UndoBringsDeletedRowsBack) {
   EXPECT_EQ(bench.Cell(FirstNote, LengthColumn), "476");
 }
 
+TEST_F(Window, OpensWithTheKeysInTheRows) {
+  EXPECT_TRUE(form().Table().hasFocus());
+  form().CB_TrackList->setFocus();
+  form().hide();
+  form().show();
+  EXPECT_EQ(form().focusWidget(), &form().Table());
+}
+
+TEST_F(Window, AMessageGoesWithTheNextEdit) {
+  bench.Select(FirstNote);
+  bench.Key(Qt::Key_Delete);
+  EXPECT_EQ(form().Status().Message(), QStringLiteral("1 event deleted"));
+  form().PM_UndoClick();
+  EXPECT_EQ(form().Status().Message(), QString());
+}
+
 TEST_F(Window, SelectsAllRowsByTheKeyboard) {
   bench.Key(Qt::Key_A, Qt::ControlModifier);
   EXPECT_EQ(form().Table().SelectedCount(), 84);

@@ -22,6 +22,28 @@ std::size_t IndexOf(int controller) {
   return 0;
 }
 
+TEST(ControllerPanel, NoNameOfAControllerIsCutInANarrowWindow) {
+  for (const int percent : {100, 130, 150, 180}) {
+    const AtScale scale(percent);
+    for (const int width : {1264, 1424, 1600}) {
+      ControllerPanel panel;
+      panel.resize(metrics().px(width), panel.sizeHint().height());
+      ShowForTest(panel);
+      auto knobs = panel.findChildren<Knob*>();
+      std::ranges::sort(knobs, {}, [](const Knob* knob) { return knob->x(); });
+      ASSERT_EQ(knobs.size(), 9);
+      for (qsizetype i = 0; i + 1 < knobs.size(); ++i) {
+        const double name = QFontMetricsF(metrics().font(Role::KnobName))
+                                .horizontalAdvance(QLatin1String(
+                                    ControllersOfPanel()[static_cast<std::size_t>(i)].english));
+        const int room = knobs[i + 1]->x() - knobs[i]->geometry().right() - 1 - metrics().px(7 + 6);
+        EXPECT_LE(name, room) << percent << " %, " << width << " wide, controller " << i;
+      }
+      EXPECT_EQ(knobs[0]->width() == metrics().px(46), width > 1264) << percent << ' ' << width;
+    }
+  }
+}
+
 TEST(ControllerPanel, HasNineKnobsInTheOrderOfTheDesk) {
   std::vector<int> numbers;
   for (const PanelController& controller : ControllersOfPanel()) numbers.push_back(controller.number);
