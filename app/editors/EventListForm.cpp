@@ -91,6 +91,12 @@ void TEventListForm::CB_TrackListChange(int index) {
   ShowRows();
 }
 
+void TEventListForm::ShowSysexs() {
+  delegate->Cancel();
+  rows.ShowSysexs();
+  ShowRows();
+}
+
 void TEventListForm::CB_FilterChange(int index) {
   delegate->Cancel();
   rows.CB_FilterChange(index);
@@ -311,6 +317,7 @@ QMenu* TEventListForm::NewMenu() {
         [this] { RecomputeChecksum(); });
   add("PM_Copy", QText("Zeilen kopieren", "Copy rows"), QText("Strg+C", "Ctrl+C"), some,
       [this] { PM_CopyClick(); });
+  add("PM_SysexList", QText("Sysex-Liste", "Sysex list"), {}, rows.Showing, [this] { ShowSysexs(); });
   add("PM_Search", QText("Suchen...", "Search..."), QText("Strg+F", "Ctrl+F"), some,
       [this] { search->Open(); });
   if (edits.CanUndo()) {

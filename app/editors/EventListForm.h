@@ -68,6 +68,8 @@ class TEventListForm : public QWidget {
  public Q_SLOTS:
   void CB_TrackListChange(int index);
   void CB_FilterChange(int index);
+  /// All that the song or the instrument's effect memory holds, until a track is chosen again.
+  void ShowSysexs();
   void PM_InsertMidiEventClick();
   void PM_DeleteMidiEventClick();
   void PM_UndoClick();

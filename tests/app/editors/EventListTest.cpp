@@ -138,6 +138,19 @@ TEST_F(Window, OpensWithTheKeysInTheRows) {
   EXPECT_EQ(form().focusWidget(), &form().Table());
 }
 
+TEST_F(Window, TheMenuShowsTheSysexListUntilATrackIsChosen) {
+  const std::unique_ptr<QMenu> menu(form().NewMenu());
+  auto* const entry = menu->findChild<QAction*>(QStringLiteral("PM_SysexList"));
+  ASSERT_NE(entry, nullptr);
+  entry->trigger();
+  EXPECT_EQ(form().L_MidiChannel->text(), QStringLiteral("Sysexs"));
+  EXPECT_EQ(bench.Cell(1, TrackColumn), "99");
+  EXPECT_FALSE(form().Btn_Insert->isEnabled());
+  form().CB_TrackListChange(1);
+  EXPECT_EQ(form().L_MidiChannel->text(), QStringLiteral("Ch: 4"));
+  EXPECT_TRUE(form().Btn_Insert->isEnabled());
+}
+
 TEST_F(Window, AMessageGoesWithTheNextEdit) {
   bench.Select(FirstNote);
   bench.Key(Qt::Key_Delete);
