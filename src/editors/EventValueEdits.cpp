@@ -236,12 +236,13 @@ TEditResult TEventEdits::EditControllerValue(const TCell& cell) {
 void TEventEdits::TakeFirstValue(const TypMidiEvent& event) {
   constexpr std::uint8_t withFader[] = {7, 10, 11, 71, 72, 73, 74, 91, 93, 94};
   const int channel = event.Channel();
-  TCtrl& first = song.MidiData[static_cast<std::size_t>(channel)].CtrlArray[event.Value[0]];
   const bool hasFader = std::ranges::find(withFader, event.Value[0]) != std::end(withFader);
   const bool inFront = hasFader && event.Position < song.TickPositionOfFirstNote;
-  if (first.Event != &event && !inFront) return;
   {
+    // The player follows the song's values in the same place.
     const auto held = gate.Enter();
+    TCtrl& first = song.MidiData[static_cast<std::size_t>(channel)].CtrlArray[event.Value[0]];
+    if (first.Event != &event && !inFront) return;
     first.Value = event.Value[1];
   }
   if (Hooks.ShowController) Hooks.ShowController(channel, event.Value[0]);
