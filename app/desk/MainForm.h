@@ -120,6 +120,7 @@ class TMainForm : public QMainWindow, private SongObserver, private TDeskPanels 
   void SetupTimerTimer();
 
   // --- Keys (MainFormKeys.cpp)
+  [[nodiscard]] bool WindsIn(const QWidget& window) const;
   bool PlayKeyPressed(const QKeyEvent& key, const QWidget& focus);
   bool PlayKeyReleased(const QKeyEvent& key);
 

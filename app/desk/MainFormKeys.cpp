@@ -12,6 +12,8 @@
 
 #include "app/controls/ValueControl.h"
 #include "app/desk/MainForm.h"
+#include "app/editors/EventListForm.h"
+#include "app/editors/EventView.h"
 #include "app/panels/EffectCell.h"
 #include "app/panels/SongSlider.h"
 
@@ -35,6 +37,8 @@ bool TakesSpace(const QWidget* focus) {
 }
 
 bool TakesPages(const QWidget* focus) {
+  // The event list follows the song that winds.
+  if (IsOne<EventView>(focus)) return false;
   return TakesText(focus) || IsOne<ValueControl, SongSlider, QAbstractItemView, QComboBox>(focus);
 }
 
@@ -57,6 +61,11 @@ bool TMainForm::eventFilter(QObject* watched, QEvent* event) {
   return QMainWindow::eventFilter(watched, event);
 }
 
+/// True for a window in which the keys of rewind and winding are the song's.
+bool TMainForm::WindsIn(const QWidget& window) const {
+  return &window == this || &window == eventListForm.get();
+}
+
 bool TMainForm::PlayKeyPressed(const QKeyEvent& key, const QWidget& focus) {
   if (!p.work.desk.song.MidiFileLoaded) return false;
   switch (key.key()) {
@@ -65,12 +74,12 @@ bool TMainForm::PlayKeyPressed(const QKeyEvent& key, const QWidget& focus) {
       if (!key.isAutoRepeat()) PlayClick();
       return true;
     case Qt::Key_Home:
-      if (focus.window() != this || TakesText(&focus)) return false;
+      if (!WindsIn(*focus.window()) || TakesText(&focus)) return false;
       RewindClick();
       return true;
     case Qt::Key_PageUp:
     case Qt::Key_PageDown:
-      if (focus.window() != this || TakesPages(&focus)) return false;
+      if (!WindsIn(*focus.window()) || TakesPages(&focus)) return false;
       WindBy(key.key() == Qt::Key_PageUp ? -WindStep : WindStep);
       return true;
     default: return false;

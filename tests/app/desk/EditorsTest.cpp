@@ -1,6 +1,7 @@
 // The editors' windows in the whole program: opened, told of the song, their edits taken back.
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 
 #include "app/controls/ValueBox.h"
 #include "app/desk/MainBench.h"
@@ -66,6 +67,39 @@ TEST_F(Editors, AnEditOfTheTempoReachesTheDesk) {
                          Qt::EditRole);
   EXPECT_NEAR(TheSong().SongLength, 2 * length, 2);
   EXPECT_TRUE(TheDesk().IsModified());
+}
+
+TEST_F(Editors, TheKeysOfTheTransportWorkInTheList) {
+  BeginWithSong();
+  Choose("MME_ListEditor");
+  EventView& table = List().Table();
+  const auto time = [&] { return TheDesk().Player().TimePosition.load(); };
+  Key(table, Qt::Key_PageDown);
+  Key(table, Qt::Key_PageDown);
+  const int wound = time();
+  EXPECT_GT(wound, 500);
+  Key(table, Qt::Key_PageUp);
+  EXPECT_LT(time(), wound);
+  EXPECT_GT(time(), 0);
+  Key(table, Qt::Key_Home);
+  EXPECT_EQ(time(), 0);
+  Key(table, Qt::Key_Space);
+  EXPECT_TRUE(TheDesk().IsPlaying());
+  Key(table, Qt::Key_Space);
+  EXPECT_FALSE(TheDesk().IsPlaying());
+}
+
+TEST_F(Editors, AnOpenFieldOfTheListKeepsTheKeysOfTheTransport) {
+  BeginWithSong();
+  Choose("MME_ListEditor");
+  EventView& table = List().Table();
+  table.setCurrentIndex(List().Model().index(RowWith(KindColumn, "Note") - 1, PositionColumn));
+  Key(table, Qt::Key_F2);
+  QWidget* const field = table.viewport()->findChild<QLineEdit*>();
+  ASSERT_NE(field, nullptr);
+  for (const auto key : {Qt::Key_PageDown, Qt::Key_Home, Qt::Key_Space}) Key(*field, key);
+  EXPECT_EQ(TheDesk().Player().TimePosition.load(), 0);
+  EXPECT_FALSE(TheDesk().IsPlaying());
 }
 
 TEST_F(Editors, UndoOfTheMenuTakesTheListsEditBack) {
