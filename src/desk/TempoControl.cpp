@@ -7,14 +7,6 @@
 
 namespace Sonarello {
 
-namespace {
-
-std::int32_t TimeOfTick(const Song& song, std::int32_t tick) {
-  return tick > 0 ? TimeOfPosition(song, tick) : 0;
-}
-
-}  // namespace
-
 std::int32_t TTempoControl::FastestOfSong() const {
   const auto& tempi = desk.song.BackupTempo;
   return tempi.empty() ? SlowestTempo : *std::ranges::max_element(tempi);
@@ -60,15 +52,13 @@ void TTempoControl::TellTaken() {
 }
 
 void TTempoControl::ApplyHere() {
+  ChangeTimes([this] { ApplyTempoOffset(desk.song, desk.functions, offset, TempoNumbering::Stopped); });
+}
+
+void TTempoControl::ChangeTimes(const std::function<void()>& change) {
   Song& song = desk.song;
-  TMidiPlayer& player = desk.player;
-  const std::int32_t tick = TickOfTime(song, player.TimePosition);
-  const std::int32_t loopStart = TickOfTime(song, player.LoopStart);
-  const std::int32_t loopEnd = TickOfTime(song, player.LoopEnd);
-  ApplyTempoOffset(song, desk.functions, offset, TempoNumbering::Stopped);
-  player.TimePosition = TimeOfTick(song, tick);
-  player.LoopStart = TimeOfTick(song, loopStart);
-  player.LoopEnd = TimeOfTick(song, loopEnd);
+  const std::int32_t tick = TickOfTime(song, desk.player.TimePosition);
+  desk.player.KeepPlace(change);
   const std::size_t zone = ZoneAt(song, tick);
   song.CurrentTimeZone = static_cast<std::int32_t>(zone);
   if (zone < song.TimeZone.size()) song.CurrentTempo = song.TimeZone[zone].Tempo;

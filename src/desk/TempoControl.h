@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "desk/StripsDesk.h"
 
@@ -31,6 +32,9 @@ class TTempoControl {
   /// here: the position and the loop stay at their musical places, and `TempoChange` tells of new
   /// times: position slider, lyrics and texts follow `Song::SongLength` and `Song::TimeZone`.
   void TempoChange();
+  /// Calls a change of tempi or signatures by others; position and loop stay at their musical places,
+  /// whether the song plays or not. Gate held.
+  void ChangeTimes(const std::function<void()>& change);
   /// True while a player that played has not taken the offset yet.
   [[nodiscard]] bool IsPending() const { return desk.player.TempoChanged; }
   /// For the display while the song plays: tells `TempoChange` once the player has taken the offset.

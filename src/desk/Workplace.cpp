@@ -178,6 +178,8 @@ void Workplace::RoutesChanged() {
 }
 
 void Workplace::TimesChanged() {
+  // Another tempo or transposition: what the list's undo has kept does not fit the song any more.
+  if (!tellsOwnTimes) eventEdits.ClearBackupedData();
   {
     const auto held = desk.gate.Enter();
     lyrics.UpdateTimes(desk.song);

@@ -76,6 +76,7 @@ class Workplace final : private SongObserver {
   void SongChanged() override;
   void RoutesChanged() override;
   void TimesChanged() override;
+  void EventChanged(PtrMidiEvent event, bool becameReal) override;
   void WireUndo();
   void WireBrowser();
   void WireRevoicer();
@@ -87,6 +88,7 @@ class Workplace final : private SongObserver {
   void TellSound(int channel);
 
   IRegistryStore& store;
+  bool tellsOwnTimes = false;  ///< it is the event list's own edit that changed tempi or signatures
   bool trialSaved = false;  ///< the song was saved with a sound that the browser may take back
 };
 

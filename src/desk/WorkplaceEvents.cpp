@@ -11,6 +11,11 @@ void Workplace::TellEvents() {
   if (EventsChanged) EventsChanged();
 }
 
+/// A control of the desk has moved an event: it would jump back if the list took back an older edit.
+void Workplace::EventChanged(PtrMidiEvent event, bool) {
+  if (eventEdits.TakesBack(event)) eventEdits.ClearBackupedData();
+}
+
 void Workplace::WireEvents() {
   eventRows.Hooks.PatchName = [this](int channel) { return desk.names.CurrentName(channel); };
   eventRows.Hooks.TimePosition = [this] { return desk.Player().TimePosition.load(); };
@@ -38,13 +43,20 @@ void Workplace::WireEventEdits() {
     for (auto* const banks : {&desk.Player().LastCtrl00, &desk.Player().LastCtrl32})
       std::ranges::replace(*banks, event, nullptr);
   };
+  told.ChangeTimes = [this](const std::function<void()>& change) {
+    desk.strips.Tempo.ChangeTimes(change);
+  };
   told.ReadAndShowLyrics = [this] {
     lyrics.ReadAndShowLyrics(desk.song);
     if (LyricsChanged) LyricsChanged();
   };
   told.TimesChanged = [this] {
+    tellsOwnTimes = true;
+    // What stands in the song's tempi now is its own, an offset that was on them included.
+    desk.strips.Tempo.SongChanged();
     desk.strips.Position.SignaturesChanged();
     desk.Tell([](SongObserver& o) { o.TimesChanged(); });
+    tellsOwnTimes = false;
   };
   told.ReadFirstValues = [this] { desk.strips.ReadFirstValues(); };
   told.ShowController = [this](int channel, int controller) {

@@ -66,6 +66,9 @@ struct TEventEditHooks {
   std::function<void(int channel)> EndNotes;
   /// An event leaves the song: the player forgets it. Gate held.
   std::function<void(PtrMidiEvent)> ForgetEvent;
+  /// Calls a change of tempi or signatures so that the song stays at its musical place; unset: it is
+  /// just called. Gate held.
+  std::function<void(const std::function<void()>& change)> ChangeTimes;
   std::function<void()> ReadAndShowLyrics;  ///< lyrics have changed
   std::function<void()> TimesChanged;       ///< tempi and signatures have changed
   std::function<void()> ReadFirstValues;    ///< the desk takes the channels' first values
@@ -127,6 +130,8 @@ class TEventEdits {
 
   [[nodiscard]] bool CanUndo() const noexcept { return undo.IsEnabled(); }
   [[nodiscard]] std::string UndoText() const;
+  /// True for an event that taking back the last edit would set back or bring back.
+  [[nodiscard]] bool TakesBack(const TypMidiEvent* event) const noexcept { return undo.Keeps(event); }
   /// Takes back the last edit. A row that it concerned, or 0.
   std::int32_t PM_UndoClick();
   /// The song was changed by others: the last edit cannot be undone any more.

@@ -257,13 +257,19 @@ void TEventEdits::TStep::Finish() {
     if (!isUndo)
       for (PtrMidiEvent event : signatures) ReadKeySignature(event);
     if (trackName && !isUndo) ReadTrackName();
-    if (times) edits.functions.UpdateTimeZoneData();
+    if (times) ChangeTimes();
     if (firstValues) edits.functions.SetFirstValues();
   }
   if (!bulk && !banks.empty()) ReadBanks();
   index.Adopt();
   edits.rows.ForgetTexts();
   Tell();
+}
+
+void TEventEdits::TStep::ChangeTimes() {
+  const auto change = [this] { edits.functions.UpdateTimeZoneData(); };
+  if (edits.Hooks.ChangeTimes) return edits.Hooks.ChangeTimes(change);
+  change();
 }
 
 void TEventEdits::TStep::PairNotes() {

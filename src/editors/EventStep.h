@@ -90,6 +90,7 @@ class TEventEdits::TStep {
   void CountNote(const TypMidiEvent& event, int by);
   void ReadKeySignature(PtrMidiEvent event);
   void ReadTrackName();
+  void ChangeTimes();
   void PairNotes();
   void ReadBanks();
   void Tell();

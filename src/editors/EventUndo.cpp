@@ -127,6 +127,10 @@ void TEventUndo::PutBack(TEntry& entry) noexcept {
   if (isNext && event->NextEvent == behind) track->TrkPlayEvent = event;
 }
 
+bool TEventUndo::Keeps(const TypMidiEvent* event) const noexcept {
+  return std::ranges::any_of(entries, [&](const TEntry& entry) { return entry.Event == event; });
+}
+
 void TEventUndo::Discard() noexcept {
   for (const TEntry& entry : entries)
     if (entry.Kind == What::Removed) song.Pool.Release(entry.Event);

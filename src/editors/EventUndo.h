@@ -47,6 +47,8 @@ class TEventUndo {
   [[nodiscard]] bool IsEnabled() const noexcept { return !name.empty(); }
   /// Edits that have begun so far.
   [[nodiscard]] std::uint64_t Steps() const noexcept { return steps; }
+  /// True if an undo would touch the event.
+  [[nodiscard]] bool Keeps(const TypMidiEvent* event) const noexcept;
   /// Events that are kept.
   [[nodiscard]] std::size_t Size() const noexcept { return entries.size(); }
   [[nodiscard]] const std::string& Name() const noexcept { return name; }

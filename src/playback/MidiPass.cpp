@@ -192,19 +192,25 @@ void TMidiPlayer::JumpToLoopStart() {
   if (Hooks.LoopRewound) Hooks.LoopRewound();
 }
 
-/// Tempi follow the desk's offset; the song goes on at the same musical place, the loop stays at its
-/// own.
+/// Tempi follow the desk's offset.
 void TMidiPlayer::ApplyTempo() {
+  KeepPlace([&] { ApplyTempoOffset(p.song, p.functions, TempoOffset); });
+  if (Hooks.TempoApplied) Hooks.TempoApplied();
+}
+
+void TMidiPlayer::KeepPlace(const std::function<void()>& change) {
+  const auto timeOf = [&](std::int32_t tick) { return tick > 0 ? TimeOfPosition(p.song, tick) : 0; };
   const std::int32_t tick = TickOfTime(p.song, TimePosition);
   const std::int32_t loopStart = TickOfTime(p.song, LoopStart);
   const std::int32_t loopEnd = TickOfTime(p.song, LoopEnd);
-  ApplyTempoOffset(p.song, p.functions, TempoOffset);
-  TimePosition = tick > 0 ? TimeOfPosition(p.song, tick) : 0;
-  LoopStart = TimeOfPosition(p.song, loopStart);
-  LoopEnd = TimeOfPosition(p.song, loopEnd);
+  change();
+  TimePosition = timeOf(tick);
+  LoopStart = timeOf(loopStart);
+  LoopEnd = timeOf(loopEnd);
+  if (State != TMidiPlayerState::stPlaying) return;
+  // What was due next is due next: nothing is skipped, and nothing comes in a heap.
   StartTime = Now() - TimePosition;
   lastPutTime = TimePosition;
-  if (Hooks.TempoApplied) Hooks.TempoApplied();
 }
 
 }  // namespace Sonarello

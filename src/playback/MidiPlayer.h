@@ -162,6 +162,10 @@ class TMidiPlayer {
   NoteLedger Ledger;
   TPlayerHooks Hooks;
 
+  /// Calls a change of the song's tempi or signatures. The song stands, or goes on, at the same
+  /// musical place behind it, and so does the loop. Gate held.
+  void KeepPlace(const std::function<void()>& change);
+
  private:
   /// A short message, with the gate held.
   void Emit(int MidiOutIndex, std::uint8_t Command, std::uint8_t Data1, std::uint8_t Data2);

@@ -649,6 +649,30 @@ TEST_F(MidiPlayer, GoesOnAtTheSameMusicalPlaceWhenTheTempoChanges) {
   EXPECT_EQ(Event(0, 1)->Meta[1], 240'000 >> 8 & 255) << "the song itself has the new tempo";
 }
 
+TEST_F(MidiPlayer, AnEditedTempoBringsNothingInAHeapAndSkipsNothing) {
+  for (int n = 1; n < 20; ++n) On(n * 100, 40 + n);
+  Ready();
+  Start();
+  Elapse(550);
+  out.Sent.clear();
+  {
+    const auto held = gate.Enter();
+    player.KeepPlace([&] {
+      const auto bytes = Event(0, 1)->Meta.Mutable();  // 250 bpm: two ticks to the millisecond
+      bytes[0] = 240'000 >> 16, bytes[1] = 240'000 >> 8 & 255, bytes[2] = 240'000 & 255;
+      functions.UpdateTimeZoneData();
+    });
+  }
+  EXPECT_NEAR(player.TimePosition, 275, 1);
+  Elapse(20);
+  EXPECT_TRUE(out.Sent.empty()) << "the next note is due 25 ms later";
+  Elapse(8);
+  ASSERT_EQ(out.Sent.size(), 1U);
+  EXPECT_EQ(out.Sent[0].Bytes[1], 46);
+  Elapse(200);
+  EXPECT_EQ(out.Sent.size(), 5U);
+}
+
 TEST_F(MidiPlayer, KeepsTheTempoAtTwentyFiveAtLeast) {
   Ready();
   Start();
