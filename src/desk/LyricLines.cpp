@@ -8,6 +8,7 @@
 #include "core/MidiFunctions.h"
 #include "desk/LyricLinesText.h"
 #include "desk/RegistryTextCode.h"
+#include "editors/XFChordText.h"
 
 namespace Sonarello {
 
@@ -133,16 +134,16 @@ void TLyricLines::ReadXFChords(const Song& song) {
   ForEachLive(song, [&](const TypMidiEvent& e, std::int32_t) {
     const bool isXF = IsXFChord(e);
     if (!isXF && !IsStyleChord(e)) return;
-    const std::span<const std::uint8_t> bytes = e.Meta.Bytes();
+    const TXFChordBytes bytes = XFChordIn(e.Meta.Bytes());
     TXF_Chords chord;
-    chord.ChordName = XFChordName(bytes[3], bytes[4], bytes[5], bytes[6], false);
-    chord.GermanChordName = XFChordName(bytes[3], bytes[4], bytes[5], bytes[6], true);
+    chord.ChordName = XFChordName(bytes, false);
+    chord.GermanChordName = XFChordName(bytes, true);
     chord.Position = e.Position;
     chord.TimePosition = e.TimePosition;
-    chord.ChordOrgValue = bytes[3];
-    chord.ChordTone = bytes[4];
-    chord.BassOrgValue = bytes[5];
-    chord.BassTone = bytes[6];
+    chord.ChordOrgValue = bytes[0];
+    chord.ChordTone = bytes[1];
+    chord.BassOrgValue = bytes[2];
+    chord.BassTone = bytes[3];
     (isXF ? XF_ChordsArray : styleChords).push_back(std::move(chord));
   });
   if (XF_ChordsArray.empty()) XF_ChordsArray = std::move(styleChords);

@@ -36,11 +36,6 @@ struct TXF_Chords {
   }
 };
 
-/// Name of an XF chord by its four bytes: the roots hold an accidental (high) and a note (low), the
-/// types are numbers of the XF list.
-[[nodiscard]] std::string XFChordName(std::uint8_t root, std::uint8_t type, std::uint8_t bassRoot,
-                                      std::uint8_t bassType, bool useGermanChords);
-
 /// A piece of a line's text that is sung at once.
 struct TLineSyllable {
   std::size_t Begin = 0;  ///< bytes in the line's text

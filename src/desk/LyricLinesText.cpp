@@ -2,10 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <span>
-
-#include "core/Texts.h"
-#include "desk/LyricLines.h"
 
 namespace Sonarello {
 
@@ -107,43 +103,7 @@ namespace {
 constexpr std::size_t ChordLength = 7;
 constexpr std::size_t StyleChordLength = 8;  // with the closing F7
 
-constexpr std::array<std::string_view, 8> RootNotes = {"", "C", "D", "E", "F", "G", "A", "B"};
-constexpr std::array<std::string_view, 7> Accidentals = {"bbb", "bb", "b", "", "#", "##", "###"};
-/// By the type numbers of XF chords (public XF chord type list).
-constexpr std::array<std::string_view, 38> ChordTypes = {
-    "",      "6",      "M7",   "M7(#11)", "9",      "M7(9)",  "6(9)",   "aug",    "m",     "m6",
-    "m7",    "m7(b5)", "m(9)", "m7(9)",   "m7(11)", "mM7",    "mM7(9)", "dim",    "dim7",  "7",
-    "7sus4", "7(b5)",  "7(9)", "7(#11)",  "7(13)",  "7(b9)",  "7(b13)", "7(#9)",  "M7aug", "7aug",
-    "1+8",   "1+5",    "sus4", "sus2",    "cc",     "M7(b5)", "(b5)",   "mM7(b5)"};
-constexpr std::uint8_t ChordCancel = 34;
-constexpr std::uint8_t NoChord = 127;
-
-std::string RootName(std::uint8_t root, bool useGermanChords) {
-  const std::size_t note = root & 0x0FU;
-  const std::size_t accidental = root >> 4U;
-  std::string name(note < RootNotes.size() ? RootNotes[note] : "");
-  if (accidental < Accidentals.size()) name += Accidentals[accidental];
-  if (!useGermanChords) return name;
-  if (name == "B") return "H";
-  return name == "Bb" || name == "A#" ? "B" : name;
-}
-
-std::string_view TypeText(std::uint8_t type) {
-  return type < ChordTypes.size() ? ChordTypes[type] : "???";
-}
-
 }  // namespace
-
-std::string XFChordName(std::uint8_t root, std::uint8_t type, std::uint8_t bassRoot,
-                        std::uint8_t bassType, bool useGermanChords) {
-  if (type == NoChord) return Text("kein-Akkord", "no-chord");
-  if (type == ChordCancel) return std::string(TypeText(type));
-  std::string name = RootName(root, useGermanChords) + std::string(TypeText(type));
-  if ((bassRoot == root && bassType == type) || bassRoot >= NoChord) return name;
-  name += "/" + RootName(bassRoot, useGermanChords);
-  if (bassType < NoChord) name += TypeText(bassType);
-  return name;
-}
 
 bool IsXFChord(const TypMidiEvent& event) noexcept {
   constexpr std::uint8_t prefix[] = {0x43, 0x7B, 0x01};

@@ -271,53 +271,13 @@ TEST(LyricLines, ChordsOfAStyleCountWithoutXFChordsOnly) {
   EXPECT_EQ(both.lyrics.XF_ChordsArray[0].ChordName, "C");
 }
 
-TEST(LyricLines, ChordNamesAreSpelledInBothWays) {
-  const auto name = [](int root, int type) {
-    return XFChordName(static_cast<std::uint8_t>(root), static_cast<std::uint8_t>(type),
-                       static_cast<std::uint8_t>(root), static_cast<std::uint8_t>(type), false);
-  };
-  const auto german = [](int root) {
-    return XFChordName(static_cast<std::uint8_t>(root), 0, static_cast<std::uint8_t>(root), 0, true);
-  };
-  EXPECT_EQ(name(0x31, 0), "C");
-  EXPECT_EQ(name(0x44, 10), "F#m7");
-  EXPECT_EQ(name(0x27, 19), "Bb7");
-  EXPECT_EQ(name(0x06, 0), "Abbb");
-  EXPECT_EQ(name(0x11, 0), "Cbb");
-  EXPECT_EQ(name(0x55, 0), "G##");
-  EXPECT_EQ(name(0x63, 0), "E###");
-  EXPECT_EQ(name(0x31, 38), "C???");
-  EXPECT_EQ(german(0x37), "H");
-  EXPECT_EQ(german(0x27), "B");
-  EXPECT_EQ(german(0x46), "B");
-  EXPECT_EQ(german(0x31), "C");
-  EXPECT_EQ(german(0x47), "B#");
-}
-
-TEST(LyricLines, EveryChordTypeHasItsText) {
-  const std::vector<std::string> texts = {
-      "",      "6",      "M7",   "M7(#11)", "9",      "M7(9)",  "6(9)",   "aug",    "m",     "m6",
-      "m7",    "m7(b5)", "m(9)", "m7(9)",   "m7(11)", "mM7",    "mM7(9)", "dim",    "dim7",  "7",
-      "7sus4", "7(b5)",  "7(9)", "7(#11)",  "7(13)",  "7(b9)",  "7(b13)", "7(#9)",  "M7aug", "7aug",
-      "1+8",   "1+5",    "sus4", "sus2",    "",       "M7(b5)", "(b5)",   "mM7(b5)"};
-  for (std::size_t type = 0; type < texts.size(); ++type) {
-    if (type == 34) continue;
-    const auto byte = static_cast<std::uint8_t>(type);
-    EXPECT_EQ(XFChordName(0x35, byte, 0x35, byte, false), "G" + texts[type]);
-  }
-  EXPECT_EQ(XFChordName(0x35, 34, 0x31, 0, false), "cc") << "no root and no bass";
-  EXPECT_EQ(XFChordName(0x35, 127, 0x31, 0, false), "no-chord");
-  InGerman german;
-  EXPECT_EQ(XFChordName(0x35, 127, 0x31, 0, false), "kein-Akkord");
-}
-
-TEST(LyricLines, AnotherBassStandsBehindAStroke) {
-  EXPECT_EQ(XFChordName(0x31, 0, 0x35, 127, false), "C/G");
-  EXPECT_EQ(XFChordName(0x31, 0, 0x35, 0, false), "C/G");
-  EXPECT_EQ(XFChordName(0x31, 0, 0x35, 8, false), "C/Gm");
-  EXPECT_EQ(XFChordName(0x31, 0, 0x31, 8, false), "C/Cm");
-  EXPECT_EQ(XFChordName(0x31, 0, 127, 127, false), "C");
-  EXPECT_EQ(XFChordName(0x31, 8, 0x27, 127, true), "Cm/B");
+TEST(LyricLines, AChordIsCalledAsInTheEventList) {
+  LyricBench b;
+  b.Chord(0, {0x27, 10, 0x37, 127}).Chord(100, {0x20, 8, 0x20, 8}).Read();
+  ASSERT_EQ(b.lyrics.XF_ChordsArray.size(), 2U);
+  EXPECT_EQ(b.lyrics.XF_ChordsArray[0].Name(false), "Bbm7/B");
+  EXPECT_EQ(b.lyrics.XF_ChordsArray[0].Name(true), "Bm7/H");
+  EXPECT_EQ(b.lyrics.XF_ChordsArray[1].Name(false), "Xm") << "an accidental without note is no root";
 }
 
 TEST(LyricLines, ASongWithoutLyricsForgetsThoseBefore) {

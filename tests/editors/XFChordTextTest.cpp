@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "editors/EventTexts.h"
 #include "helpers/InGerman.h"
 
@@ -29,6 +32,46 @@ TEST(XFChords, GermanSpellingsCallBHAndBbB) {
   EXPECT_EQ(XFChordName({0x37, 0, 0x7F, 0x7F}, true), "H");
   EXPECT_EQ(XFChordName({0x27, 0, 0x7F, 0x7F}, true), "B");
   EXPECT_EQ(XFChordName({0x46, 19, 0x7F, 0x7F}, true), "B7");
+  EXPECT_EQ(XFChordName({0x31, 0, 0x7F, 0x7F}, true), "C");
+  EXPECT_EQ(XFChordName({0x47, 0, 0x7F, 0x7F}, true), "B#");
+}
+
+TEST(XFChords, EveryTypeHasItsText) {
+  constexpr std::uint8_t cancel = 34;
+  const std::vector<std::string> texts = {
+      "",      "6",      "M7",   "M7(#11)", "9",      "M7(9)",  "6(9)",   "aug",    "m",     "m6",
+      "m7",    "m7(b5)", "m(9)", "m7(9)",   "m7(11)", "mM7",    "mM7(9)", "dim",    "dim7",  "7",
+      "7sus4", "7(b5)",  "7(9)", "7(#11)",  "7(13)",  "7(b9)",  "7(b13)", "7(#9)",  "M7aug", "7aug",
+      "1+8",   "1+5",    "sus4", "sus2",    "",       "M7(b5)", "(b5)",   "mM7(b5)"};
+  for (std::uint8_t type = 0; type < 127; ++type) {
+    if (type == cancel) continue;
+    const std::string text = type < texts.size() ? texts[type] : "???";
+    EXPECT_EQ(XFChordName({0x35, type, 0x35, type}, false), "G" + text);
+  }
+}
+
+TEST(XFChords, EveryRootHasItsAccidentalAndItsNote) {
+  const std::vector<std::string> accidentals = {"bbb", "bb", "b", "", "#", "##", "###"};
+  const std::string notes = "CDEFGAB";
+  for (unsigned root = 0; root < 0x100; ++root) {
+    const unsigned note = root & 0x0F;
+    const unsigned accidental = root >> 4;
+    const bool isRoot = note >= 1 && note <= notes.size() && accidental < accidentals.size();
+    const std::string name = isRoot ? notes[note - 1] + accidentals[accidental] : "X";
+    const auto byte = static_cast<std::uint8_t>(root);
+    EXPECT_EQ(XFChordName({byte, 8, byte, 8}, false), name + "m") << root;
+    if (root < 0x7F && root != 0x31) {
+      EXPECT_EQ(XFChordName({0x31, 0, byte, 0x7F}, false), "C/" + name) << root;
+    }
+  }
+}
+
+TEST(XFChords, AnotherBassStandsBehindAStroke) {
+  EXPECT_EQ(XFChordName({0x31, 0, 0x35, 0x7F}, false), "C/G");
+  EXPECT_EQ(XFChordName({0x31, 0, 0x35, 0}, false), "C/G");
+  EXPECT_EQ(XFChordName({0x31, 0, 0x31, 8}, false), "C/Cm");
+  EXPECT_EQ(XFChordName({0x31, 0, 0x7F, 8}, false), "C");
+  EXPECT_EQ(XFChordName({0x31, 8, 0x27, 0x7F}, true), "Cm/B");
 }
 
 TEST(XFChords, EveryNameLeadsBackToItself) {
