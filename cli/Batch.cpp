@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "DisplayText.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
@@ -145,11 +146,11 @@ std::string JobsJson(const std::vector<Job>& jobs) {
   auto list = nlohmann::ordered_json::array();
   for (const Job& job : jobs) {
     nlohmann::ordered_json entry = {
-        {"file", DecodeText(job.Source)}, {"output", DecodeText(job.Target)}, {"saved", job.Saved}};
+        {"file", DecodedText(job.Source)}, {"output", DecodedText(job.Target)}, {"saved", job.Saved}};
     if (job.Saved) entry["format"] = job.Format;
     if (job.Saved && job.Facts.is_object()) entry.update(job.Facts);
     entry["messages"] = nlohmann::ordered_json::array();
-    for (const std::string& message : job.Messages) entry["messages"].push_back(DecodeText(message));
+    for (const std::string& message : job.Messages) entry["messages"].push_back(DecodedText(message));
     list.push_back(std::move(entry));
   }
   return list.dump(2) + "\n";

@@ -2,6 +2,7 @@
 
 #include "Commands.h"
 #include "DisplayText.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
@@ -42,8 +43,8 @@ int DecodeCommand(const Arguments& arguments, const Setup& setup, Console& conso
     const Verdict verdict = Decode(file, reader);
     if (!verdict.Ok) status = Refused;
     if (arguments.Json) {
-      nlohmann::ordered_json entry = {{"file", DecodeText(file)}, {"ok", verdict.Ok}};
-      if (!verdict.Ok) entry["message"] = DecodeText(verdict.Message);
+      nlohmann::ordered_json entry = {{"file", DecodedText(file)}, {"ok", verdict.Ok}};
+      if (!verdict.Ok) entry["message"] = DecodedText(verdict.Message);
       if (verdict.OtherMode) entry["opensWithPrevCommandMode"] = *verdict.OtherMode;
       list.push_back(std::move(entry));
     } else {

@@ -7,9 +7,6 @@
 
 namespace Sonarello {
 
-/// The bytes as UTF-8: as they are if they are valid, else read as Latin-1.
-[[nodiscard]] std::string DecodeText(std::string_view bytes);
-
 /// The decoded bytes with every control character written out (\r, \n, \t, \xNN), so that a text from a
 /// file can neither break a line nor steer a terminal.
 [[nodiscard]] std::string VisibleText(std::string_view bytes);

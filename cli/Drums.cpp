@@ -8,6 +8,7 @@
 #include "SoundLists.h"
 #include "TextTable.h"
 #include "core/MidiFunctions.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 #include "instruments/DrumNames.h"
 
@@ -48,7 +49,7 @@ std::vector<TKit> KitsOf(const SoundSet& set) {
 }
 
 Json KitJson(const TKit& kit) {
-  Json entry = {{"kit", DecodeText(kit.Name())}, {"list", kit.Place.List->Spec->Name}};
+  Json entry = {{"kit", DecodedText(kit.Name())}, {"list", kit.Place.List->Spec->Name}};
   entry.update(AddressJson(kit.Place.Row->Address()));
   return entry;
 }
@@ -95,14 +96,14 @@ std::string NotesJson(const TKit& kit) {
   for (std::size_t note = 0; note < KeyCount; ++note)
     if (const std::string_view name = kit.Drums.Names[note]; !name.empty())
       entry["notes"].push_back(
-          {{"note", note}, {"key", NoteName(static_cast<int>(note))}, {"name", DecodeText(name)}});
+          {{"note", note}, {"key", NoteName(static_cast<int>(note))}, {"name", DecodedText(name)}});
   return entry.dump(2) + "\n";
 }
 
 /// The kits that a typed name means: those with this name, else all that hold it, in any case.
 std::vector<TKit> KitsNamed(std::vector<TKit> kits, const std::string& text) {
-  const std::string wanted = CaseFolded(DecodeText(text));
-  const auto nameOf = [](const TKit& kit) { return CaseFolded(DecodeText(kit.Name())); };
+  const std::string wanted = CaseFolded(DecodedText(text));
+  const auto nameOf = [](const TKit& kit) { return CaseFolded(DecodedText(kit.Name())); };
   std::erase_if(kits, [&](const TKit& kit) { return nameOf(kit).find(wanted) == std::string::npos; });
   if (std::ranges::find(kits, wanted, nameOf) != kits.end())
     std::erase_if(kits, [&](const TKit& kit) { return nameOf(kit) != wanted; });

@@ -7,6 +7,7 @@
 #include "DisplayText.h"
 #include "SoundLists.h"
 #include "TextTable.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
@@ -161,7 +162,7 @@ std::string CountsText(const FitReport& report) {
 
 Json NamedJson(const TAddress& address, const std::string& name) {
   Json entry = AddressJson(address);
-  entry["name"] = DecodeText(name);
+  entry["name"] = DecodedText(name);
   return entry;
 }
 
@@ -212,12 +213,12 @@ std::string FitText(const FitReport& report, const SongDesk& desk, const std::st
 
 Json FitJson(const FitReport& report, const SongDesk& desk) {
   Json facts = {
-      {"title", DecodeText(report.Title)},
+      {"title", DecodedText(report.Title)},
       {"instrument", {{"name", desk.MainRoute().Instrument}, {"value", desk.MainRoute().InstrumValue}}},
       {"channels", Json::array()}};
   for (const FitChannel& channel : report.Channels) {
     Json entry = {{"channel", channel.Channel}, {"state", StateName(channel.State)}};
-    entry["sound"] = channel.Name.empty() ? Json(nullptr) : Json(DecodeText(channel.Name));
+    entry["sound"] = channel.Name.empty() ? Json(nullptr) : Json(DecodedText(channel.Name));
     entry.update(AddressJson(channel.Address));
     facts["channels"].push_back(std::move(entry));
   }

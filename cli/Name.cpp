@@ -7,6 +7,7 @@
 #include "DisplayText.h"
 #include "JsonParts.h"
 #include "SoundLists.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 #include "instruments/Naming.h"
 
@@ -64,7 +65,7 @@ int NameCommand(const Arguments& arguments, const Setup& setup, Console& console
   const TAddress written = Written(name.Mended, query.Address);
   const TSoundList* list = name.Row == nullptr ? nullptr : ListOf(*set, name.Row);
   if (arguments.Json) {
-    const Json result = {{"name", DecodeText(name.Text())},
+    const Json result = {{"name", DecodedText(name.Text())},
                          {"known", name.Known},
                          {"drums", name.IsDrums},
                          {"mended", written == TAddress{} ? Json(nullptr) : AddressJson(written)},

@@ -2,6 +2,7 @@
 
 #include "Commands.h"
 #include "DisplayText.h"
+#include "core/TextEncoding.h"
 
 namespace Sonarello {
 
@@ -13,8 +14,8 @@ int NewCommand(const Arguments& arguments, const Setup& setup, Console& console)
   if (!saved || !arguments.Quiet) TellMessages(console, file, desk.messages.Shown);
   if (arguments.Json)
     console.Out(
-        nlohmann::ordered_json{{"output", DecodeText(file)}, {"saved", saved}, {"format", format}}.dump(
-            2) +
+        nlohmann::ordered_json{{"output", DecodedText(file)}, {"saved", saved}, {"format", format}}
+            .dump(2) +
         "\n");
   return saved ? Done : Refused;
 }

@@ -5,6 +5,7 @@
 #include "Commands.h"
 #include "DisplayText.h"
 #include "PlaybackDesk.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 #include "playback/drivers/FluidSynthInstrument.h"
 #include "playback/drivers/RtAudioDriver.h"
@@ -51,7 +52,7 @@ int PortsCommand(const Arguments& arguments, const Setup&, Console& console) {
     nlohmann::ordered_json all = {{"midi", api}};
     for (const Group& group : groups) {
       all[group.Key] = nlohmann::ordered_json::array();
-      for (const std::string& name : group.Names) all[group.Key].push_back(DecodeText(name));
+      for (const std::string& name : group.Names) all[group.Key].push_back(DecodedText(name));
     }
     console.Out(all.dump(2) + "\n");
     return Done;

@@ -4,6 +4,7 @@
 #include "DisplayText.h"
 #include "PlaybackDesk.h"
 #include "SongFacts.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 #include "playback/SongRender.h"
 #include "playback/WavFile.h"
@@ -46,8 +47,8 @@ int RenderCommand(const Arguments& arguments, const Setup& setup, Console& conso
     console.Progress({});
     const std::int64_t frames = wav.Frames();
     if (arguments.Json)
-      console.Out(nlohmann::ordered_json({{"file", DecodeText(file)},
-                                          {"output", DecodeText(arguments.Output)},
+      console.Out(nlohmann::ordered_json({{"file", DecodedText(file)},
+                                          {"output", DecodedText(arguments.Output)},
                                           {"frames", frames},
                                           {"milliseconds", frames * 1000 / AudioSampleRate}})
                       .dump(2) +

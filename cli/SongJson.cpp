@@ -2,6 +2,7 @@
 
 #include "DisplayText.h"
 #include "JsonParts.h"
+#include "core/TextEncoding.h"
 
 namespace Sonarello {
 
@@ -23,7 +24,7 @@ Json ChannelJson(const ChannelFacts& channel) {
           {"bankMSB", ValueJson(channel.BankMSB)},
           {"bankLSB", ValueJson(channel.BankLSB)},
           {"program", channel.Program ? Json(channel.Program->Value) : Json(nullptr)},
-          {"sound", channel.Sound.empty() ? Json(nullptr) : Json(DecodeText(channel.Sound))},
+          {"sound", channel.Sound.empty() ? Json(nullptr) : Json(DecodedText(channel.Sound))},
           {"drumPart", channel.DrumPart},
           {"notes", channel.Notes},
           {"controllers", std::move(controllers)}};
@@ -77,8 +78,8 @@ Json ChangesJson(const SongDesk& desk) {
                     {"tick", change.Position},
                     {"oldTick", change.OldPosition},
                     {"kind", KindName(change.Kind)},
-                    {"what", DecodeText(change.What)},
-                    {"why", DecodeText(change.Why)}});
+                    {"what", DecodedText(change.What)},
+                    {"why", DecodedText(change.Why)}});
   return list;
 }
 
@@ -87,8 +88,8 @@ Json ChangesJson(const SongDesk& desk) {
 std::string SongJson(const SongDesk& desk, const std::string& file, bool changes) {
   const SongFacts facts = GatherFacts(desk);
   Json song = {
-      {"file", DecodeText(file)},
-      {"title", DecodeText(facts.Title)},
+      {"file", DecodedText(file)},
+      {"title", DecodedText(facts.Title)},
       {"instrument", {{"name", desk.MainRoute().Instrument}, {"value", desk.MainRoute().InstrumValue}}},
       {"format", {{"read", facts.FormatRead}, {"working", facts.FormatWorking}}},
       {"tracks", facts.Tracks},
@@ -98,7 +99,7 @@ std::string SongJson(const SongDesk& desk, const std::string& file, bool changes
       {"length", PlaceJson(facts.End)},
       {"firstNote", facts.FirstNote ? PlaceJson(*facts.FirstNote) : Json(nullptr)},
       {"countIn", CountInJson(facts.CountIn)},
-      {"noteCheck", desk.NoteCheck.empty() ? Json(nullptr) : Json(DecodeText(desk.NoteCheck))},
+      {"noteCheck", desk.NoteCheck.empty() ? Json(nullptr) : Json(DecodedText(desk.NoteCheck))},
   };
   song["length"]["measures"] = facts.Measures;
   song["channels"] = Json::array();

@@ -5,6 +5,7 @@
 #include "JsonParts.h"
 #include "SoundLists.h"
 #include "TextTable.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
@@ -13,7 +14,7 @@ namespace {
 
 /// The lists that a typed name means: the one with this name, else all that hold it, in any case.
 std::vector<const TSoundList*> ListsNamed(const SoundSet& set, const std::string& text) {
-  const std::string wanted = CaseFolded(DecodeText(text));
+  const std::string wanted = CaseFolded(DecodedText(text));
   std::vector<const TSoundList*> found;
   for (const TSoundList& list : set.Lists()) {
     const std::string name = CaseFolded(list.Spec->Name);
@@ -54,9 +55,9 @@ std::string RowsJson(const std::vector<TListRow>& rows) {
   Json list = Json::array();
   for (const TListRow& row : rows) {
     Json entry = {{"list", row.List->Spec->Name},
-                  {"category", DecodeText(CategoryOf(row))},
-                  {"subCategory", DecodeText(row.Row->CatName)},
-                  {"name", DecodeText(row.Row->Name)},
+                  {"category", DecodedText(CategoryOf(row))},
+                  {"subCategory", DecodedText(row.Row->CatName)},
+                  {"name", DecodedText(row.Row->Name)},
                   {"kit", row.IsKit}};
     entry.update(AddressJson(row.Row->Address()));
     list.push_back(std::move(entry));
@@ -78,10 +79,10 @@ int SoundsCommand(const Arguments& arguments, const Setup& setup, Console& conso
                   " (" + ListNames(*set) + ")");
       return WrongUsage;
     }
-    const std::string wanted = CaseFolded(DecodeText(arguments.Search));
+    const std::string wanted = CaseFolded(DecodedText(arguments.Search));
     std::erase_if(rows, [&](const TListRow& row) {
       return std::ranges::find(lists, row.List) == lists.end() ||
-             CaseFolded(DecodeText(row.Row->Name)).find(wanted) == std::string::npos;
+             CaseFolded(DecodedText(row.Row->Name)).find(wanted) == std::string::npos;
     });
   }
   console.Out(arguments.Json ? RowsJson(rows) : RowsText(rows));

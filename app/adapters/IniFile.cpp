@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "desk/RegistryTextCode.h"
+#include "core/TextEncoding.h"
 
 namespace Sonarello {
 
@@ -21,7 +21,7 @@ bool IsLine(const QByteArray& line) {
 bool IsText(const QByteArray& bytes) {
   for (const char c : bytes)
     if ((c >= 0 && c < ' ' && c != '\t' && c != '\r' && c != '\n') || c == '\x7f') return false;
-  return IsUtf8({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+  return IsUTF8({bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 }  // namespace

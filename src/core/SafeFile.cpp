@@ -15,6 +15,8 @@
 #include <string_view>
 #include <utility>
 
+#include "core/TextEncoding.h"
+
 namespace Sonarello {
 
 namespace {
@@ -70,13 +72,8 @@ std::string FolderOf(const std::string& path) {
 /// ".<name>." cut so that random digits and suffix still find room in a file name.
 std::string CopyPrefix(const std::string& path) {
   const std::size_t room = LongestName - RandomDigits - GrowingSuffix.size() - 2;
-  std::string name = fs::path(path).filename().string();
-  if (name.size() > room) {
-    std::size_t end = room;  // never inside a UTF-8 character
-    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80) --end;
-    name.resize(end);
-  }
-  return "." + name + ".";
+  const std::string name = fs::path(path).filename().string();
+  return "." + std::string(CutToBytes(name, room)) + ".";
 }
 
 std::string RandomName() {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/EventList.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
@@ -11,8 +12,6 @@ namespace Sonarello {
 namespace {
 
 using TSourceSysex = TMidiFunctions::TSourceSysex;
-
-bool IsContinuation(char c) noexcept { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
 TMyTrack& TrackAt(Song& song, std::int32_t index) {
   return song.MidiTrack[static_cast<std::size_t>(index)];
@@ -79,14 +78,13 @@ TMyTrack& AddTrack(Song& song, const std::string& name, std::int32_t delay) {
 
 std::string SongNameOf(std::string_view path) {
   constexpr int extensionLength = 4;
-  std::string_view name = path.substr(path.find_last_of('/') + 1);
-  std::size_t end = name.size();
+  const std::string_view name = path.substr(path.find_last_of('/') + 1);
+  std::string_view stem = name;
   for (int i = 0; i < extensionLength; ++i) {
-    if (end == 0) return std::string(name);
-    --end;
-    while (end > 0 && IsContinuation(name[end])) --end;
+    if (stem.empty()) return std::string(name);
+    stem = WithoutLastCharacter(stem);
   }
-  return std::string(name.substr(0, end));
+  return std::string(stem);
 }
 
 PtrMidiEvent EnsureSongName(Song& song) {

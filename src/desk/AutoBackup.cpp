@@ -8,6 +8,7 @@
 
 #include "core/MidiFileWriter.h"
 #include "core/SafeFile.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
@@ -28,15 +29,6 @@ class QuietMessages : public IMessages {
   std::string Last;
 };
 
-bool ContinuesCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
-
-/// Length of a UTF-8 text that is cut by one character at its end.
-std::size_t WithoutLastCharacter(std::string_view text) {
-  std::size_t length = text.size();
-  while (length > 0 && ContinuesCharacter(text[length - 1])) --length;
-  return length > 0 ? length - 1 : 0;
-}
-
 std::string TimeMark(const std::tm& time) {
   char mark[64];
   std::snprintf(mark, sizeof mark, "_%04d%02d%02d_%02d%02d%02d", time.tm_year + 1900, time.tm_mon + 1,
@@ -49,10 +41,10 @@ constexpr std::size_t TimeMarkLength = 16;
 
 std::string AutoBackupStemOf(std::string_view songPath) {
   std::string_view name = songPath.substr(songPath.find_last_of('/') + 1);
-  for (std::size_t n = 0; n < ExtensionLength; ++n) name = name.substr(0, WithoutLastCharacter(name));
+  for (std::size_t n = 0; n < ExtensionLength; ++n) name = WithoutLastCharacter(name);
   // A long name is cut further, so that the time still finds room behind it.
   while (name.size() + TimeMarkLength + Extension.size() > LongestName)
-    name = name.substr(0, WithoutLastCharacter(name));
+    name = WithoutLastCharacter(name);
   return std::string(name);
 }
 

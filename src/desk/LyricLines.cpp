@@ -6,8 +6,8 @@
 
 #include "core/EventList.h"
 #include "core/MidiFunctions.h"
+#include "core/TextEncoding.h"
 #include "desk/LyricLinesText.h"
-#include "desk/RegistryTextCode.h"
 #include "editors/XFChordText.h"
 
 namespace Sonarello {
@@ -111,7 +111,7 @@ void TLyricLines::ReadHyphens(const Song& song) {
   ForEachEvent(track, [&](PtrMidiEvent e) {
     if (e->IsMeta(LyricsMetaType) && e->DLength > 0) bytes += e->Meta.Text();
   });
-  const bool isUtf8 = IsUtf8(bytes);
+  const bool isUtf8 = IsUTF8(bytes);
   bool startsLine = true;
   ForEachEvent(track, [&](PtrMidiEvent e) {
     if (!e->IsMeta(LyricsMetaType) || e->DLength == 0) return;

@@ -1,7 +1,8 @@
 #include "desk/LyricLinesText.h"
 
-#include <array>
 #include <cstdint>
+
+#include "core/TextEncoding.h"
 
 namespace Sonarello {
 
@@ -60,40 +61,12 @@ bool IsKaraokeMark(std::string_view bytes) noexcept { return bytes.starts_with("
 
 // --- Bytes
 
-namespace {
-
-/// Windows-1252 at 0x80 to 0x9F; 0 for a byte that is not in use.
-constexpr std::array<std::uint16_t, 32> WindowsCharacters = {
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
-
-}  // namespace
-
 std::string FromLatin1(std::string_view bytes) {
   std::string text;
-  for (const char c : bytes) {
-    const auto byte = static_cast<std::uint8_t>(c);
-    const unsigned code = byte >= 0x80 && byte < 0xA0 ? WindowsCharacters[byte - 0x80U] : byte;
-    if (code == 0) continue;
-    if (code < 0x80) {
-      text += static_cast<char>(code);
-    } else if (code < 0x800) {
-      text += static_cast<char>(0xC0 | code >> 6);
-      text += static_cast<char>(0x80 | (code & 0x3F));
-    } else {
-      text += static_cast<char>(0xE0 | code >> 12);
-      text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
-      text += static_cast<char>(0x80 | (code & 0x3F));
-    }
-  }
+  for (const char c : bytes)
+    if (const char32_t code = FromWindowsByte(static_cast<std::uint8_t>(c)); code != 0)
+      AppendUTF8(text, code);
   return text;
-}
-
-std::size_t CharactersOf(std::string_view text) noexcept {
-  std::size_t count = 0;
-  for (const char c : text) count += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1 : 0;
-  return count;
 }
 
 // --- Chords

@@ -1,7 +1,6 @@
 // Sonarello: the bytes of lyrics and chords as a reader sees them.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -27,8 +26,6 @@ struct TLyricText {
 
 /// Latin-1 as UTF-8. The bytes 0x80 to 0x9F, which Latin-1 leaves empty, count as those of Windows.
 [[nodiscard]] std::string FromLatin1(std::string_view bytes);
-/// Characters of a UTF-8 text.
-[[nodiscard]] std::size_t CharactersOf(std::string_view text) noexcept;
 
 /// True for an XF chord (43 7B 01 in a sequencer-specific meta).
 [[nodiscard]] bool IsXFChord(const TypMidiEvent& event) noexcept;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "core/TextEncoding.h"
+
 namespace Sonarello {
 
 namespace {
@@ -12,29 +14,6 @@ constexpr char32_t Replacement = 0xFFFD;
 
 bool IsLoneByte(char32_t code) { return code >= ByteArea + 0x80 && code <= ByteArea + 0xFF; }
 
-/// A character at the start of a text.
-struct TCharacter {
-  char32_t Code = 0;
-  std::size_t Length = 0;  ///< bytes; 0 if the text does not begin with UTF-8
-};
-
-TCharacter FirstCharacter(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
-  const std::uint8_t lead = byte(0);
-  if (lead < 0x80) return {lead, 1};
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return {};
-  char32_t code = lead & (0xFFU >> (length + 1));
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0U) != 0x80) return {};
-    code = (code << 6U) | (byte(i) & 0x3FU);
-  }
-  constexpr char32_t least[] = {0, 0, 0x80, 0x800, 0x10000};
-  const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
-  if (code < least[length] || code > 0x10FFFF || isSurrogate) return {};
-  return {code, length};
-}
-
 void AppendUtf16(std::u16string& text, char32_t code) {
   if (code < 0x10000) {
     text += static_cast<char16_t>(code);
@@ -43,23 +22,6 @@ void AppendUtf16(std::u16string& text, char32_t code) {
   code -= 0x10000;
   text += static_cast<char16_t>(0xD800 + (code >> 10U));
   text += static_cast<char16_t>(0xDC00 + (code & 0x3FFU));
-}
-
-void AppendUtf8(std::string& text, char32_t code) {
-  const auto put = [&](char32_t byte) { text += static_cast<char>(static_cast<std::uint8_t>(byte)); };
-  if (code < 0x80) return put(code);
-  if (code < 0x800) {
-    put(0xC0U | (code >> 6U));
-  } else {
-    if (code < 0x10000) {
-      put(0xE0U | (code >> 12U));
-    } else {
-      put(0xF0U | (code >> 18U));
-      put(0x80U | ((code >> 12U) & 0x3FU));
-    }
-    put(0x80U | ((code >> 6U) & 0x3FU));
-  }
-  put(0x80U | (code & 0x3FU));
 }
 
 std::string_view AsText(std::span<const std::uint8_t> bytes) {
@@ -103,24 +65,15 @@ std::string FromUtf16(std::u16string_view text) {
     if (IsLoneByte(unit)) {
       bytes += static_cast<char>(static_cast<std::uint8_t>(unit - ByteArea));
     } else if (unit < 0xD800 || unit > 0xDFFF) {
-      AppendUtf8(bytes, unit);
+      AppendUTF8(bytes, unit);
     } else if (unit < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF) {
-      AppendUtf8(bytes, 0x10000 + ((unit - 0xD800) << 10U) + (text[i + 1] - 0xDC00U));
+      AppendUTF8(bytes, 0x10000 + ((unit - 0xD800) << 10U) + (text[i + 1] - 0xDC00U));
       ++i;
     } else {
-      AppendUtf8(bytes, Replacement);
+      AppendUTF8(bytes, Replacement);
     }
   }
   return bytes;
-}
-
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t length = FirstCharacter(text).Length;
-    if (length == 0) return false;
-    text.remove_prefix(length);
-  }
-  return true;
 }
 
 bool IsOneLine(std::string_view text) {
@@ -144,12 +97,6 @@ std::string FromUtf16Bytes(std::span<const std::uint8_t> bytes) {
   return FromUnits(bytes.first(bytes.size() - bytes.size() % 2), true).value_or(std::string());
 }
 
-std::string FromOldBytes(std::span<const std::uint8_t> bytes) {
-  const std::string_view text = AsText(bytes);
-  if (IsUtf8(text)) return std::string(text);
-  std::string latin;
-  for (const std::uint8_t byte : bytes) AppendUtf8(latin, byte);
-  return latin;
-}
+std::string FromOldBytes(std::span<const std::uint8_t> bytes) { return DecodedText(AsText(bytes)); }
 
 }  // namespace Sonarello

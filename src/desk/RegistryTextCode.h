@@ -14,8 +14,6 @@ namespace Sonarello {
 [[nodiscard]] std::u16string ToUtf16(std::string_view text);
 /// The way back. Half a surrogate pair becomes U+FFFD.
 [[nodiscard]] std::string FromUtf16(std::u16string_view text);
-/// True if all of a text is UTF-8.
-[[nodiscard]] bool IsUtf8(std::string_view text);
 /// True if a text has no control characters but tabs: it can stand between quotation marks on one line.
 [[nodiscard]] bool IsOneLine(std::string_view text);
 /// A file's text as UTF-8: UTF-16 of either byte order, with or without its mark, UTF-8, and if it is

@@ -1,6 +1,7 @@
 // Deletion of rows, and the list's own undo.
 #include <algorithm>
 
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 #include "editors/EventEdits.h"
 #include "editors/EventStep.h"
@@ -14,9 +15,7 @@ constexpr std::size_t LongestValue = 60;
 
 std::string Shortened(const std::string& text) {
   if (text.size() <= LongestValue) return text;
-  std::size_t end = LongestValue;
-  while (end > 0 && (text[end] & 0xC0) == 0x80) --end;
-  return text.substr(0, end) + "...";
+  return std::string(CutToBytes(text, LongestValue)) + "...";
 }
 
 bool IsPlayable(const TypMidiEvent& event) { return event.IsChannelEvent(); }

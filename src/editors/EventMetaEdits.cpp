@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "core/RolandChecksum.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 #include "core/TimeMap.h"
 #include "editors/EventEdits.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/MidiFunctions.h"
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 #include "core/TimeMap.h"
 #include "editors/SysexExplain.h"
@@ -76,80 +77,6 @@ std::string TimeSignatureText(std::span<const std::uint8_t> bytes) {
 }
 
 }  // namespace
-
-// --- Texts of events
-
-namespace {
-
-/// Length of a well-formed UTF-8 sequence at the start of a text, 0 for none.
-std::size_t SequenceLength(std::string_view text) noexcept {
-  const auto byte = [&](std::size_t n) { return static_cast<unsigned char>(text[n]); };
-  if (byte(0) < 0x80) return 1;
-  std::size_t length = 0;
-  std::uint32_t code = 0;
-  if ((byte(0) & 0xE0) == 0xC0) {
-    length = 2;
-    code = byte(0) & 0x1FU;
-  } else if ((byte(0) & 0xF0) == 0xE0) {
-    length = 3;
-    code = byte(0) & 0x0FU;
-  } else if ((byte(0) & 0xF8) == 0xF0) {
-    length = 4;
-    code = byte(0) & 0x07U;
-  }
-  if (length == 0 || text.size() < length) return 0;
-  for (std::size_t n = 1; n < length; ++n) {
-    if ((byte(n) & 0xC0) != 0x80) return 0;
-    code = code << 6 | (byte(n) & 0x3FU);
-  }
-  constexpr std::uint32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-  const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-  return code >= smallest[length] && code <= 0x10FFFF && !surrogate ? length : 0;
-}
-
-bool IsUTF8(std::string_view bytes) noexcept {
-  while (!bytes.empty()) {
-    const std::size_t length = SequenceLength(bytes);
-    if (length == 0) return false;
-    bytes.remove_prefix(length);
-  }
-  return true;
-}
-
-}  // namespace
-
-std::string DecodedText(std::string_view bytes) {
-  if (IsUTF8(bytes)) return std::string(bytes);
-  std::string text;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      text += c;
-    } else {
-      text += static_cast<char>(0xC0 | byte >> 6);
-      text += static_cast<char>(0x80 | (byte & 0x3F));
-    }
-  }
-  return text;
-}
-
-std::string EncodedText(std::string_view text, std::string_view bytesBefore) {
-  if (IsUTF8(bytesBefore)) return std::string(text);
-  std::string bytes;
-  while (!text.empty()) {
-    const std::size_t length = SequenceLength(text);
-    const auto first = static_cast<unsigned char>(text[0]);
-    if (length == 1) {
-      bytes += text[0];
-    } else if (length == 2 && first <= 0xC3) {
-      bytes += static_cast<char>((first & 0x03) << 6 | (text[1] & 0x3F));
-    } else {
-      return bytes + std::string(text);
-    }
-    text.remove_prefix(length);
-  }
-  return bytes;
-}
 
 // --- Rows
 

@@ -57,10 +57,4 @@ class TEventRowTexts {
   const IRoutes& routes;
 };
 
-/// Bytes of a text event for display: UTF-8 if they are, else read as Latin-1.
-[[nodiscard]] std::string DecodedText(std::string_view bytes);
-/// Bytes for a text that was edited: Latin-1 if the text before was Latin-1 and the new one can be,
-/// else UTF-8.
-[[nodiscard]] std::string EncodedText(std::string_view text, std::string_view bytesBefore);
-
 }  // namespace Sonarello

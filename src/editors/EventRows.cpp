@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 #include "instruments/TextOrder.h"
 

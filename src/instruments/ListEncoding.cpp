@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "core/TextEncoding.h"
 #include "instruments/SoundListReader.h"
 
 namespace Sonarello {
@@ -10,56 +11,11 @@ namespace {
 
 constexpr std::string_view UTF8Mark = "\xEF\xBB\xBF";
 constexpr char32_t Replacement = 0xFFFD;
-/// Windows-1252 from 0x80 to 0x9F; 0: no character.
-constexpr std::array<char16_t, 32> AnsiBlock = {
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 
 enum class ByteOrder : std::uint8_t { None, Little, Big };
 
 std::uint8_t Byte(std::string_view bytes, std::size_t index) {
   return static_cast<std::uint8_t>(bytes[index]);
-}
-
-void Append(std::string& text, char32_t c) {
-  const auto put = [&text](char32_t byte) { text += static_cast<char>(byte); };
-  if (c < 0x80) return put(c);
-  if (c < 0x800) {
-    put(0xC0 | (c >> 6));
-  } else if (c < 0x10000) {
-    put(0xE0 | (c >> 12));
-    put(0x80 | ((c >> 6) & 0x3F));
-  } else {
-    put(0xF0 | (c >> 18));
-    put(0x80 | ((c >> 12) & 0x3F));
-    put(0x80 | ((c >> 6) & 0x3F));
-  }
-  put(0x80 | (c & 0x3F));
-}
-
-/// Bytes of the UTF-8 character at an index, 0 if it is none.
-std::size_t UTF8Length(std::string_view bytes, std::size_t at) {
-  const std::uint8_t lead = Byte(bytes, at);
-  if (lead < 0x80) return 1;
-  const std::size_t length = lead >= 0xC2 && lead < 0xE0 ? 2 : (lead & 0xF0) == 0xE0 ? 3 : 4;
-  if (lead < 0xC2 || lead > 0xF4 || at + length > bytes.size()) return 0;
-  for (std::size_t i = 1; i < length; ++i)
-    if ((Byte(bytes, at + i) & 0xC0) != 0x80) return 0;
-  const std::uint8_t second = Byte(bytes, at + 1);
-  const bool isTooLong = (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90);
-  const bool isOutside = (lead == 0xED && second > 0x9F) || (lead == 0xF4 && second > 0x8F);
-  return isTooLong || isOutside ? 0 : length;
-}
-
-bool IsUTF8(std::string_view bytes) {
-  std::size_t at = 0;
-  while (at < bytes.size()) {
-    const std::size_t length = UTF8Length(bytes, at);
-    if (length == 0) return false;
-    at += length;
-  }
-  return true;
 }
 
 /// A zero byte is no character of a list: it betrays UTF-16.
@@ -85,22 +41,15 @@ ByteOrder GuessedOrder(std::string_view bytes) {
   return ByteOrder::None;
 }
 
-std::optional<char32_t> FromAnsi(std::uint8_t byte) {
-  if (byte == 0) return std::nullopt;
-  if (byte < 0x80 || byte > 0x9F) return byte;
-  const char32_t c = AnsiBlock[byte - 0x80];
-  return c == 0 ? std::nullopt : std::optional(c);
-}
-
 /// Bytes of the ANSI code page; nothing if one of them is no character and `mends` is not set.
 std::optional<std::string> DecodeAnsi(std::string_view bytes, bool mends) {
   if (!mends && MarkedOrder(bytes) != ByteOrder::None) return std::nullopt;
   std::string text;
   text.reserve(bytes.size() + bytes.size() / 8);
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const auto c = FromAnsi(Byte(bytes, i));
-    if (!c && !mends) return std::nullopt;
-    Append(text, c.value_or(Replacement));
+    const char32_t c = FromWindowsByte(Byte(bytes, i));
+    if (c == 0 && !mends) return std::nullopt;
+    AppendUTF8(text, c == 0 ? Replacement : c);
   }
   return text;
 }
@@ -129,7 +78,7 @@ std::optional<std::string> DecodeUTF16(std::string_view bytes, ByteOrder order, 
   while (bytes.size() >= 2) {
     const char32_t c = TakeUTF16(bytes, order);
     if (c == Replacement && !mends) return std::nullopt;
-    Append(text, c);
+    AppendUTF8(text, c);
   }
   return text;
 }
@@ -139,7 +88,7 @@ std::string MendUTF8(std::string_view bytes) {
   text.reserve(bytes.size());
   for (const char c : bytes)
     if (c == '\0')
-      Append(text, Replacement);
+      AppendUTF8(text, Replacement);
     else
       text += c;
   return text;

@@ -1,5 +1,6 @@
 #include "instruments/ListFaults.h"
 
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
@@ -11,9 +12,7 @@ constexpr std::size_t LongestRow = 1000;  ///< bytes of a row that a message sho
 /// A row as a message shows it: a long one is cut, never inside a UTF-8 character.
 std::string Shown(std::string_view row) {
   if (row.size() <= LongestRow) return std::string(row);
-  std::size_t end = LongestRow;
-  while (end > 0 && (static_cast<unsigned char>(row[end]) & 0xC0) == 0x80) --end;
-  return std::string(row.substr(0, end)) + "…";
+  return std::string(CutToBytes(row, LongestRow)) + "…";
 }
 
 }  // namespace

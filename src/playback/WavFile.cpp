@@ -14,6 +14,7 @@
 #include <random>
 #include <utility>
 
+#include "core/TextEncoding.h"
 #include "core/Texts.h"
 #include "playback/AudioDevice.h"
 #include "playback/HostedInstrument.h"
@@ -69,10 +70,8 @@ std::string RandomDigits() {
 
 /// ".<name>.<digits>.part" in the folder of a file.
 std::string NameBeside(const fs::path& target) {
-  std::string name = target.filename().string();
-  std::size_t end = std::min(name.size(), LongestNamePart);
-  while (end > 0 && end < name.size() && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80) --end;
-  return (target.parent_path() / ("." + name.substr(0, end) + "." + RandomDigits() + ".part")).string();
+  const std::string name(CutToBytes(target.filename().string(), LongestNamePart));
+  return (target.parent_path() / ("." + name + "." + RandomDigits() + ".part")).string();
 }
 
 /// The file that a path means in the end; a link that points at nothing means the file to be made.

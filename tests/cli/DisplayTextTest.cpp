@@ -7,24 +7,6 @@
 namespace Sonarello {
 namespace {
 
-TEST(DisplayText, KeepsValidUTF8) {
-  EXPECT_EQ(DecodeText("Grüße"), "Grüße");
-  EXPECT_EQ(DecodeText("\xF0\x9F\x8E\xB9"), "\xF0\x9F\x8E\xB9");
-  EXPECT_EQ(DecodeText(""), "");
-}
-
-TEST(DisplayText, ReadsAllElseAsLatin1) {
-  EXPECT_EQ(DecodeText("Gr\xFC\xDF"
-                       "e"),
-            "Grüße");
-  // Overlong, a surrogate, beyond the last character, cut off, a lone continuation.
-  EXPECT_EQ(DecodeText("\xC0\x80"), "\xC3\x80\xC2\x80");
-  EXPECT_EQ(DecodeText("\xED\xA0\x80"), "\xC3\xAD\xC2\xA0\xC2\x80");
-  EXPECT_EQ(DecodeText("\xF4\x90\x80\x80"), "\xC3\xB4\xC2\x90\xC2\x80\xC2\x80");
-  EXPECT_EQ(DecodeText("\xE2\x82"), "\xC3\xA2\xC2\x82");
-  EXPECT_EQ(DecodeText("\x80"), "\xC2\x80");
-}
-
 TEST(DisplayText, WritesControlCharactersOut) {
   EXPECT_EQ(VisibleText("a\r\n\tb"), "a\\r\\n\\tb");
   EXPECT_EQ(VisibleText(std::string_view("\0\x1b[2J\x7f", 6)), "\\x00\\x1B[2J\\x7F");
