@@ -99,11 +99,11 @@ std::string DecodedText(std::string_view bytes) {
 std::string EncodedText(std::string_view text, std::string_view bytesBefore) {
   if (IsUTF8(bytesBefore)) return std::string(text);
   std::string bytes;
-  while (!text.empty()) {
-    const auto [code, length] = FirstCharacter(text);
-    if (length == 0 || code > 0xFF) return bytes + std::string(text);
+  for (std::string_view rest = text; !rest.empty();) {
+    const auto [code, length] = FirstCharacter(rest);
+    if (length == 0 || code > 0xFF) return std::string(text);
     bytes += static_cast<char>(static_cast<std::uint8_t>(code));
-    text.remove_prefix(length);
+    rest.remove_prefix(length);
   }
   return bytes;
 }

@@ -116,6 +116,12 @@ TEST(TextEncoding, AnEditedTextKeepsItsEncoding) {
   EXPECT_EQ(EncodedText("ÿ\u0080", "\xFF"), "\xFF\x80");
 }
 
+TEST(TextEncoding, ATextBeyondLatin1DoesNotKeepItsFirstLettersInLatin1) {
+  EXPECT_EQ(EncodedText("Straße 5 €", "Stra\xDF"), "Straße 5 €");
+  EXPECT_EQ(DecodedText(EncodedText("ä€ä", "\xE4")), "ä€ä");
+  EXPECT_EQ(EncodedText("ä\xFF", "\xE4"), "ä\xFF") << "bytes that are no text stay";
+}
+
 TEST(TextEncoding, EveryByteOfALatinTextComesBack) {
   std::string bytes;
   for (unsigned byte = 0; byte < 0x100; ++byte) bytes += static_cast<char>(byte);
