@@ -10,6 +10,7 @@
 
 #include "DisplayText.h"
 #include "core/MidiFileWriter.h"
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 #include "instruments/InstrumentArray.h"
 #include "tools/RemoveCountIns.h"
@@ -33,9 +34,7 @@ using LoadedRoutes = std::array<LoadedRoute, MostRoutes>;
 std::optional<std::size_t> RouteNumber(std::string_view key, std::string_view word) {
   const auto digit = [&](std::size_t i) { return static_cast<unsigned char>(key[i]); };
   if (key.size() != word.size() + 2) return std::nullopt;
-  for (std::size_t i = 0; i < word.size(); ++i)
-    if (std::tolower(digit(i)) != std::tolower(static_cast<unsigned char>(word[i])))
-      return std::nullopt;
+  if (SmallLetters(key.substr(0, word.size())) != SmallLetters(word)) return std::nullopt;
   if (!std::isdigit(digit(word.size())) || !std::isdigit(digit(word.size() + 1))) return std::nullopt;
   return static_cast<std::size_t>((digit(word.size()) - '0') * 10 + digit(word.size() + 1) - '0');
 }

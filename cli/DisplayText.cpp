@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "core/TextEncoding.h"
 
 namespace Sonarello {
@@ -25,20 +23,6 @@ std::string WrittenOut(char32_t c) {
   }
   const auto code = static_cast<std::uint32_t>(c);
   return c < 0x100 ? fmt::format("\\x{:02X}", code) : fmt::format("\\u{:04X}", code);
-}
-
-/// The small letter of a capital: ASCII, Latin-1 Supplement and Latin Extended-A of Unicode.
-char32_t SmallLetter(char32_t c) {
-  constexpr char32_t step = 0x20;
-  if (c >= 'A' && c <= 'Z') return c + step;
-  if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + step;
-  if (c == 0x178) return 0xFF;
-  // From here capital and small letter stand side by side.
-  const bool evenCapitals =
-      (c >= 0x100 && c <= 0x12F) || (c >= 0x132 && c <= 0x137) || (c >= 0x14A && c <= 0x177);
-  const bool oddCapitals = (c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E);
-  if (evenCapitals) return c | 1;
-  return oddCapitals ? c + (c & 1) : c;
 }
 
 }  // namespace
@@ -86,20 +70,6 @@ std::string Shortened(std::string_view text, std::size_t characters) {
       ++end;
     while (end < text.size() && ContinuesCharacter(text[end]));
   return std::string(text.substr(0, end)) + "…";
-}
-
-std::string CaseFolded(std::string_view text) {
-  std::string small;
-  small.reserve(text.size());
-  while (!text.empty()) {
-    const TCharacter c = FirstCharacter(text);
-    if (c.Length == 0)
-      small += text.front();
-    else
-      AppendUTF8(small, SmallLetter(c.Code));
-    text.remove_prefix(std::max<std::size_t>(c.Length, 1));
-  }
-  return small;
 }
 
 std::size_t TextWidth(std::string_view text) { return CharactersOf(text); }

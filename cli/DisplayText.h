@@ -21,10 +21,6 @@ namespace Sonarello {
 /// Cuts a UTF-8 text to a number of characters, the last of them "…" if something was cut.
 [[nodiscard]] std::string Shortened(std::string_view text, std::size_t characters);
 
-/// The UTF-8 text with the capitals of Latin script (up to U+017F) as small letters, for comparisons in
-/// any case.
-[[nodiscard]] std::string CaseFolded(std::string_view text);
-
 /// Columns that a UTF-8 text takes, one per character.
 [[nodiscard]] std::size_t TextWidth(std::string_view text);
 

@@ -9,6 +9,7 @@
 #include "TextTable.h"
 #include "core/MidiFunctions.h"
 #include "core/TextEncoding.h"
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 #include "instruments/DrumNames.h"
 
@@ -102,8 +103,8 @@ std::string NotesJson(const TKit& kit) {
 
 /// The kits that a typed name means: those with this name, else all that hold it, in any case.
 std::vector<TKit> KitsNamed(std::vector<TKit> kits, const std::string& text) {
-  const std::string wanted = CaseFolded(DecodedText(text));
-  const auto nameOf = [](const TKit& kit) { return CaseFolded(DecodedText(kit.Name())); };
+  const std::string wanted = SmallLetters(DecodedText(text));
+  const auto nameOf = [](const TKit& kit) { return SmallLetters(DecodedText(kit.Name())); };
   std::erase_if(kits, [&](const TKit& kit) { return nameOf(kit).find(wanted) == std::string::npos; });
   if (std::ranges::find(kits, wanted, nameOf) != kits.end())
     std::erase_if(kits, [&](const TKit& kit) { return nameOf(kit) != wanted; });

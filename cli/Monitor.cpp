@@ -7,6 +7,7 @@
 #include "Commands.h"
 #include "DisplayText.h"
 #include "Interrupts.h"
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 #include "playback/MidiIn.h"
 #include "playback/drivers/RtMidiDriver.h"
@@ -17,7 +18,7 @@ int MonitorCommand(const Arguments& arguments, const Setup&, Console& console) {
   RtMidiDriver midi;
   const std::vector<std::string> names = midi.InputNames();
   auto name = std::ranges::find_if(names, [&](const std::string& known) {
-    return CaseFolded(known).find(CaseFolded(arguments.Port)) != std::string::npos;
+    return SmallLetters(known).find(SmallLetters(arguments.Port)) != std::string::npos;
   });
   if (name == names.end()) {
     console.Err(Text("Diesen MIDI-Eingang gibt es nicht: ", "There is no such MIDI input: ") +

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "DisplayText.h"
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 #include "playback/NullAudioDevice.h"
 #include "playback/drivers/FluidSynthInstrument.h"
@@ -39,7 +40,7 @@ bool PlaybackDesk::LoadSynthesizer(std::vector<std::string>& complaints) {
 bool PlaybackDesk::ChoosePort(const std::vector<std::string>& names,
                               std::vector<std::string>& complaints) {
   const auto holds = [&](const std::string& name) {
-    return CaseFolded(name).find(CaseFolded(arguments.Port)) != std::string::npos;
+    return SmallLetters(name).find(SmallLetters(arguments.Port)) != std::string::npos;
   };
   auto name = std::ranges::find(names, arguments.Port);
   if (name == names.end()) name = std::ranges::find_if(names, holds);

@@ -6,6 +6,7 @@
 #include "SoundLists.h"
 #include "TextTable.h"
 #include "core/TextEncoding.h"
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
@@ -14,10 +15,10 @@ namespace {
 
 /// The lists that a typed name means: the one with this name, else all that hold it, in any case.
 std::vector<const TSoundList*> ListsNamed(const SoundSet& set, const std::string& text) {
-  const std::string wanted = CaseFolded(DecodedText(text));
+  const std::string wanted = SmallLetters(DecodedText(text));
   std::vector<const TSoundList*> found;
   for (const TSoundList& list : set.Lists()) {
-    const std::string name = CaseFolded(list.Spec->Name);
+    const std::string name = SmallLetters(list.Spec->Name);
     const ListPart part = PartOf(list.Spec->Scope);
     if (part == ListPart::Effects || part == ListPart::Categories) continue;
     if (name == wanted) return {&list};
@@ -79,10 +80,10 @@ int SoundsCommand(const Arguments& arguments, const Setup& setup, Console& conso
                   " (" + ListNames(*set) + ")");
       return WrongUsage;
     }
-    const std::string wanted = CaseFolded(DecodedText(arguments.Search));
+    const std::string wanted = SmallLetters(DecodedText(arguments.Search));
     std::erase_if(rows, [&](const TListRow& row) {
       return std::ranges::find(lists, row.List) == lists.end() ||
-             CaseFolded(DecodedText(row.Row->Name)).find(wanted) == std::string::npos;
+             SmallLetters(DecodedText(row.Row->Name)).find(wanted) == std::string::npos;
     });
   }
   console.Out(arguments.Json ? RowsJson(rows) : RowsText(rows));

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/adapters/IniFile.h"
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 #include "desk/RegistryTextCode.h"
 
@@ -36,7 +37,7 @@ QString PathOf(std::string_view section, std::string_view key) {
 }
 
 QByteArray FoldedPlace(std::string_view section, std::string_view key) {
-  return QByteArray::fromStdString(RegistryFold(section) + '\n' + RegistryFold(key));
+  return QByteArray::fromStdString(SmallLetters(section) + '\n' + SmallLetters(key));
 }
 
 /// A value that was written by hand without quotation marks is a list where it holds commas.
@@ -113,9 +114,9 @@ const IniSettings::TEntry* IniSettings::Find(std::string_view section, std::stri
 }
 
 std::string IniSettings::SpellingOf(std::string_view section) const {
-  const std::string folded = RegistryFold(section);
+  const std::string folded = SmallLetters(section);
   for (const TEntry& entry : entries)
-    if (RegistryFold(entry.Section) == folded) return entry.Section;
+    if (SmallLetters(entry.Section) == folded) return entry.Section;
   return std::string(section);
 }
 
@@ -146,18 +147,18 @@ std::vector<std::string> IniSettings::Sections() const {
   std::vector<std::string> names;
   for (const TEntry& entry : entries)
     if (!entry.Section.empty()) names.push_back(entry.Section);
-  std::ranges::sort(names, {}, RegistryFold);
-  const auto rest = std::ranges::unique(names, {}, RegistryFold);
+  std::ranges::sort(names, {}, SmallLetters);
+  const auto rest = std::ranges::unique(names, {}, SmallLetters);
   names.erase(rest.begin(), rest.end());
   return names;
 }
 
 std::vector<std::string> IniSettings::Values(std::string_view section) const {
-  const std::string folded = RegistryFold(section);
+  const std::string folded = SmallLetters(section);
   std::vector<std::string> names;
   for (const TEntry& entry : entries)
-    if (RegistryFold(entry.Section) == folded) names.push_back(entry.Key);
-  std::ranges::sort(names, {}, RegistryFold);
+    if (SmallLetters(entry.Section) == folded) names.push_back(entry.Key);
+  std::ranges::sort(names, {}, SmallLetters);
   return names;
 }
 

@@ -2,20 +2,14 @@
 
 #include <charconv>
 
+#include "core/TextOrder.h"
+
 namespace Sonarello {
 
 namespace {
 
-/// Small letters for A to Z; other bytes, such as those of UTF-8, stay.
-std::string InSmallLetters(std::string_view text) {
-  std::string small(text);
-  for (char& c : small)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return small;
-}
-
 std::string PlaceOf(std::string_view section, std::string_view key) {
-  return InSmallLetters(section) + '\n' + InSmallLetters(key);
+  return SmallLetters(section) + '\n' + SmallLetters(key);
 }
 
 std::string_view Trimmed(std::string_view text) {
@@ -49,7 +43,7 @@ bool ISettings::ReadBool(std::string_view section, std::string_view key, bool ot
   const std::string text = ReadString(section, key, {});
   int value = 0;
   if (ToInteger(text, value)) return value != 0;
-  const std::string word = InSmallLetters(Trimmed(text));
+  const std::string word = SmallLetters(Trimmed(text));
   if (word == "true") return true;
   if (word == "false") return false;
   return otherwise;

@@ -1,20 +1,14 @@
 #include "desk/MyRegistry.h"
 
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
 
-std::string RegistryFold(std::string_view name) {
-  std::string small(name);
-  for (char& c : small)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return small;
-}
-
 bool IsSectionWithin(std::string_view section, std::string_view above) {
   if (above.empty()) return true;
-  const std::string inner = RegistryFold(section);
-  const std::string outer = RegistryFold(above);
+  const std::string inner = SmallLetters(section);
+  const std::string outer = SmallLetters(above);
   return inner == outer || (inner.starts_with(outer) && inner[outer.size()] == '\\');
 }
 
@@ -22,25 +16,25 @@ bool IsSectionWithin(std::string_view section, std::string_view above) {
 
 std::string MemoryRegistry::ReadString(std::string_view section, std::string_view key,
                                        std::string_view otherwise) const {
-  const auto place = sections.find(RegistryFold(section));
+  const auto place = sections.find(SmallLetters(section));
   if (place == sections.end()) return std::string(otherwise);
-  const auto value = place->second.Values.find(RegistryFold(key));
+  const auto value = place->second.Values.find(SmallLetters(key));
   return value != place->second.Values.end() ? value->second.Text : std::string(otherwise);
 }
 
 void MemoryRegistry::WriteString(std::string_view section, std::string_view key,
                                  std::string_view value) {
   TSection& place =
-      sections.try_emplace(RegistryFold(section), TSection{std::string(section), {}}).first->second;
+      sections.try_emplace(SmallLetters(section), TSection{std::string(section), {}}).first->second;
   TValue& entry =
-      place.Values.try_emplace(RegistryFold(key), TValue{std::string(key), {}}).first->second;
+      place.Values.try_emplace(SmallLetters(key), TValue{std::string(key), {}}).first->second;
   entry.Text = value;
 }
 
 void MemoryRegistry::DeleteValue(std::string_view section, std::string_view key) {
-  const auto place = sections.find(RegistryFold(section));
+  const auto place = sections.find(SmallLetters(section));
   if (place == sections.end()) return;
-  place->second.Values.erase(RegistryFold(key));
+  place->second.Values.erase(SmallLetters(key));
   if (place->second.Values.empty()) sections.erase(place);
 }
 
@@ -53,15 +47,15 @@ std::vector<std::string> MemoryRegistry::Sections() const {
 
 std::vector<std::string> MemoryRegistry::Values(std::string_view section) const {
   std::vector<std::string> names;
-  const auto place = sections.find(RegistryFold(section));
+  const auto place = sections.find(SmallLetters(section));
   if (place != sections.end())
     for (const auto& [folded, value] : place->second.Values) names.push_back(value.Name);
   return names;
 }
 
 bool MemoryRegistry::HasValue(std::string_view section, std::string_view key) const {
-  const auto place = sections.find(RegistryFold(section));
-  return place != sections.end() && place->second.Values.contains(RegistryFold(key));
+  const auto place = sections.find(SmallLetters(section));
+  return place != sections.end() && place->second.Values.contains(SmallLetters(key));
 }
 
 void MemoryRegistry::DeleteSection(std::string_view section) {

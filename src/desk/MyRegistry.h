@@ -59,8 +59,6 @@ class MemoryRegistry : public IRegistryStore {
   std::map<std::string, TSection, std::less<>> sections;  ///< by name in small letters
 };
 
-/// Small letters for A to Z; other bytes, such as those of UTF-8, stay.
-[[nodiscard]] std::string RegistryFold(std::string_view name);
 /// True if `section` is `above` or lies below it.
 [[nodiscard]] bool IsSectionWithin(std::string_view section, std::string_view above);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 #include "desk/MyRegistry.h"
 
@@ -280,9 +281,9 @@ std::span<const TOptionGroupInfo> OptionGroups() { return Groups; }
 std::span<const TOptionField> OptionFields() { return Fields; }
 
 const TOptionField* FindOptionField(std::string_view key) {
-  const std::string folded = RegistryFold(key);
+  const std::string folded = SmallLetters(key);
   const auto found = std::ranges::find_if(
-      Fields, [&](const TOptionField& field) { return RegistryFold(field.Key) == folded; });
+      Fields, [&](const TOptionField& field) { return SmallLetters(field.Key) == folded; });
   return found == std::end(Fields) ? nullptr : found;
 }
 

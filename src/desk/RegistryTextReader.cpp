@@ -1,6 +1,7 @@
 #include <charconv>
 #include <utility>
 
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 #include "desk/RegistryText.h"
 #include "desk/RegistryTextCode.h"
@@ -41,7 +42,7 @@ class Scanner {
   }
   /// Takes a word without regard to case.
   bool TakeWord(std::string_view word) {
-    if (RegistryFold(text.substr(place, word.size())) != word) return false;
+    if (SmallLetters(text.substr(place, word.size())) != word) return false;
     place += word.size();
     return true;
   }

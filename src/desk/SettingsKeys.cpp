@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "core/TextOrder.h"
 #include "desk/MyRegistry.h"
 #include "desk/SettingsKeyTables.h"
 #include "desk/WindowPlaces.h"
@@ -31,7 +32,7 @@ std::vector<TSettingsKey> AllKeys() {
   for (const TOption& option : OptionTable()) keys.push_back(OfOption(option));
   for (const std::span<const TSettingsKey> table : {DeskKeys(), EffectKeys(), KeptKeys()})
     keys.insert(keys.end(), table.begin(), table.end());
-  std::ranges::sort(keys, {}, [](const TSettingsKey& key) { return RegistryFold(key.Key); });
+  std::ranges::sort(keys, {}, [](const TSettingsKey& key) { return SmallLetters(key.Key); });
   return keys;
 }
 
@@ -51,11 +52,11 @@ std::span<const TSettingsKey> SettingsKeys() {
 }
 
 const TSettingsKey* FindSettingsKey(std::string_view key) {
-  const std::string folded = RegistryFold(key);
+  const std::string folded = SmallLetters(key);
   const std::span<const TSettingsKey> keys = SettingsKeys();
   const auto found = std::ranges::lower_bound(
-      keys, folded, {}, [](const TSettingsKey& row) { return RegistryFold(row.Key); });
-  return found != keys.end() && RegistryFold(found->Key) == folded ? &*found : nullptr;
+      keys, folded, {}, [](const TSettingsKey& row) { return SmallLetters(row.Key); });
+  return found != keys.end() && SmallLetters(found->Key) == folded ? &*found : nullptr;
 }
 
 std::string DefaultText(const TSettingsKey& key) {
@@ -83,7 +84,7 @@ std::optional<TKeyKind> KindOfKey(std::string_view section, std::string_view key
     case TPlaceKey::Flag: return TKeyKind::Flag;
     case TPlaceKey::None: break;
   }
-  const std::string folded = RegistryFold(key);
+  const std::string folded = SmallLetters(key);
   if (!section.empty()) {
     if (folded == "sortsounds" || folded == "patches_withdsps") return TKeyKind::Flag;
     return std::nullopt;

@@ -4,11 +4,11 @@
 #include <array>
 #include <utility>
 
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 #include "instruments/InstrumentFiles.h"
 #include "instruments/ListReading.h"
 #include "instruments/ListRows.h"
-#include "instruments/TextOrder.h"
 
 namespace Sonarello {
 

@@ -1,10 +1,10 @@
 #include "desk/Startup.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
@@ -12,13 +12,6 @@ namespace Sonarello {
 namespace {
 
 constexpr std::string_view TrialText = "this is a test";
-
-std::string SmallLettersOf(std::string_view text) {
-  std::string small(text);
-  std::ranges::transform(small, small.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return small;
-}
 
 }  // namespace
 
@@ -46,7 +39,7 @@ std::string FindDataPath(const std::string& documents, const std::string& applic
 }
 
 TStartParameter ReadStartParameter(std::string_view parameter) {
-  const std::string small = SmallLettersOf(parameter);
+  const std::string small = SmallLetters(parameter);
   TStartParameter start;
   if (small.find(".mid") != std::string::npos)
     start.AutoloadFileName = parameter;

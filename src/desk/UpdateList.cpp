@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <vector>
 
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 
 namespace Sonarello {
@@ -94,7 +94,7 @@ std::vector<TVersionPart> PartsOf(std::string_view version) {
     if (part.IsNumber) {
       part.Text.erase(0, part.Text.find_first_not_of('0'));
     } else {
-      for (char& c : part.Text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+      part.Text = SmallLetters(part.Text);
       if (parts.empty() && part.Text == "v") continue;
       dropZeros();
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "core/TextOrder.h"
 #include "desk/MyRegistry.h"
 
 namespace Sonarello {
@@ -136,9 +137,9 @@ constexpr TSubdir EffectInstruments[] = {
 };
 
 const TSubdir* FindSubdir(std::string_view instrument) {
-  const std::string folded = RegistryFold(instrument);
+  const std::string folded = SmallLetters(instrument);
   const auto found = std::ranges::find_if(EffectInstruments, [&](const TSubdir& row) {
-    return RegistryFold(row.Instrument) == folded || RegistryFold(row.Subdir) == folded;
+    return SmallLetters(row.Instrument) == folded || SmallLetters(row.Subdir) == folded;
   });
   return found == std::end(EffectInstruments) ? nullptr : found;
 }
@@ -178,9 +179,9 @@ TFormPlace CheckFormLayout(TFormPlace place, std::span<const TFormPlace> screens
 std::span<const TWindowPlace> WindowPlaces() { return Windows; }
 
 const TWindowPlace* FindWindowPlace(std::string_view window) {
-  const std::string folded = RegistryFold(window);
+  const std::string folded = SmallLetters(window);
   const auto found = std::ranges::find_if(
-      Windows, [&](const TWindowPlace& place) { return RegistryFold(place.Window) == folded; });
+      Windows, [&](const TWindowPlace& place) { return SmallLetters(place.Window) == folded; });
   return found == std::end(Windows) ? nullptr : found;
 }
 
@@ -220,7 +221,7 @@ void StoreWindowPlace(ISettings& settings, std::string_view window, const TStore
 }
 
 TPlaceKey PlaceKeyOf(std::string_view key) {
-  const std::string folded = RegistryFold(key);
+  const std::string folded = SmallLetters(key);
   for (const std::string_view end : {"formleft", "formtop", "formwidth", "formheight", "formvis"})
     if (folded.ends_with(end) && folded.size() > end.size() &&
         FindWindowPlace(std::string_view(folded).substr(0, folded.size() - end.size())) != nullptr)

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/TextEncoding.h"
+#include "core/TextOrder.h"
 #include "core/Texts.h"
-#include "instruments/TextOrder.h"
 
 namespace Sonarello {
 

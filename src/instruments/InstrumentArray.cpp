@@ -5,17 +5,11 @@
 #include <string>
 
 #include "core/Markers.h"
+#include "core/TextOrder.h"
 
 namespace Sonarello {
 
 namespace {
-
-std::string LowerCase(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return lower;
-}
 
 template <class F>
 const TInstrument* FindRow(F&& accepts) noexcept {
@@ -42,14 +36,14 @@ std::vector<const TInstrument*> FindInstruments(std::string_view text) {
   }
   const std::string_view name = CurrentInstrumentName(text);
   if (const TInstrument* row = InstrumentByName(name)) return {row};
-  const std::string lower = LowerCase(name);
+  const std::string lower = SmallLetters(name);
   if (const TInstrument* row =
-          FindRow([&](const TInstrument& r) { return LowerCase(r.Name) == lower; }))
+          FindRow([&](const TInstrument& r) { return SmallLetters(r.Name) == lower; }))
     return {row};
   std::vector<const TInstrument*> rows;
   if (lower.empty()) return rows;
   for (const TInstrument& row : InstrumentArray)
-    if (LowerCase(row.Name).find(lower) != std::string::npos) rows.push_back(&row);
+    if (SmallLetters(row.Name).find(lower) != std::string::npos) rows.push_back(&row);
   return rows;
 }
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "instruments/TextOrder.h"
+#include "core/TextOrder.h"
 
 namespace Sonarello {
 

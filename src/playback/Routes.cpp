@@ -5,9 +5,9 @@
 
 #include "core/EventList.h"
 #include "core/Markers.h"
+#include "core/TextOrder.h"
 #include "core/Texts.h"
 #include "instruments/InstrumentArray.h"
-#include "instruments/TextOrder.h"
 
 namespace Sonarello {
 
@@ -18,13 +18,6 @@ constexpr std::string_view GM2Name = "GM2 Soundset";
 constexpr std::string_view SoundCanvasName = "Roland SC-VA (VSTi)";
 constexpr std::string_view SoundCanvasPlugin = "Roland SC-VA";
 constexpr std::string_view Wavetable = "Microsoft GS Wavetable";
-
-std::string InSmallLetters(std::string_view text) {
-  std::string small(text);
-  for (char& c : small)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return small;
-}
 
 /// An instrument that a hosted synthesizer can stand for.
 bool SuitsHosted(std::string_view instrument) {
@@ -193,7 +186,7 @@ void TRoutes::UseMainInstrument(TMidiRouting& route) const {
 /// synthesizer, so that something sounds without further devices.
 void TRoutes::AppendFallback(std::span<const TDeviceList> devices, std::int32_t latency) {
   const auto isWavetable = [](const TDeviceList& device) {
-    const std::string name = InSmallLetters(device.Name);
+    const std::string name = SmallLetters(device.Name);
     return name.find("microsoft") != name.npos && name.find("wavetable") != name.npos;
   };
   auto device = devices.begin();

@@ -33,20 +33,6 @@ TEST(DisplayText, ShortensByCharacters) {
   EXPECT_EQ(TextWidth("Grüße"), 5U);
 }
 
-TEST(DisplayText, MakesSmallLettersOfLatinCapitals) {
-  EXPECT_EQ(CaseFolded("AZaz[@09 GRAND"), "azaz[@09 grand");
-  EXPECT_EQ(CaseFolded("ÄÖÜÀÞß×÷ÿŸ"), "äöüàþß×÷ÿÿ");
-  EXPECT_EQ(CaseFolded("ĀāĶķĹĺŇňŊŋŶŷŹźŽž"), "āāķķĺĺňňŋŋŷŷźźžž");
-}
-
-TEST(DisplayText, LeavesWhatHasNoCapitalsInLatinScript) {
-  EXPECT_EQ(CaseFolded("ĸŉſ"), "ĸŉſ");
-  EXPECT_EQ(CaseFolded("İı"), "İı");
-  EXPECT_EQ(CaseFolded("ピアノ Ж 🎹"), "ピアノ Ж 🎹");
-  EXPECT_EQ(CaseFolded("\xC4\xFF"), "\xC4\xFF");
-  EXPECT_EQ(CaseFolded(""), "");
-}
-
 TEST(TextTable, AlignsByCharactersAndLeavesNoBlanksBehind) {
   TextTable table({{"Ü", Align::Right}, {"Name", Align::Left}, {"X", Align::Left}});
   table.AddRow({"10", "ä", ""});

@@ -64,12 +64,11 @@ TEST(Settings, FindKeysAndSectionsInAnyCase) {
   EXPECT_EQ(settings.ReadString("Yamaha Genos", "AutoRev01", "-"), "-");
 }
 
-TEST(Settings, FoldTheCaseOfPlainLettersOnly) {
+TEST(Settings, CountTheCaseOfNoLatinLetter) {
   MemorySettings settings;
-  settings.WriteString("", "[Ä]", "a");
-  EXPECT_EQ(settings.ReadString("", "[Ä]", "-"), "a");
-  EXPECT_EQ(settings.ReadString("", "[ä]", "-"), "-");
-  EXPECT_EQ(settings.ReadString("", "{Ä}", "-"), "-") << "brackets are no case of one another";
+  settings.WriteString("Flügel", "[Ä]", "a");
+  EXPECT_EQ(settings.ReadString("FLÜGEL", "[ä]", "-"), "a");
+  EXPECT_EQ(settings.ReadString("Flügel", "{Ä}", "-"), "-") << "brackets are no case of one another";
 }
 
 TEST(Settings, ForgetADeletedKeyAndNoOther) {

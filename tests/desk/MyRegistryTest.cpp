@@ -17,6 +17,8 @@ TEST(MemoryRegistry, KeepsTheSpellingOfANameAndTellsItsCaseNotApart) {
   EXPECT_EQ(store.ReadString("yamaha genos", "dsp1formleft", ""), "20");
   EXPECT_EQ(store.Sections(), Strings{"Yamaha Genos"});
   EXPECT_EQ(store.Values("yamaha genos"), Strings{"Dsp1FormLeft"});
+  store.WriteString("FLÜGEL", "a", "1");
+  EXPECT_EQ(store.ReadString("Flügel", "A", ""), "1");
 }
 
 TEST(MemoryRegistry, ForgetsASectionWithItsLastValue) {

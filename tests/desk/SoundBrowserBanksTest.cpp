@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <set>
 
+#include "core/TextOrder.h"
 #include "desk/SoundBrowserBench.h"
 #include "instruments/InstrumentArray.h"
-#include "instruments/TextOrder.h"
 
 namespace Sonarello {
 

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/TextOrder.h"
 #include "desk/SoundBrowserBench.h"
-#include "instruments/TextOrder.h"
 
 namespace Sonarello {
 
