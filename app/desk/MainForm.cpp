@@ -137,6 +137,7 @@ void TMainForm::AutoBackupTimerTimer() {
   if (busy) return;
   p.work.backup.Tick();
   ShowStatus();
+  ShowComplaints();
 }
 
 void TMainForm::ListenToMidiIn() {
@@ -190,9 +191,11 @@ void TMainForm::ShowStatus() {
 }
 
 void TMainForm::ShowComplaints() {
-  QString all;
-  for (const std::string& complaint : p.work.desk.Complaints())
-    all += (all.isEmpty() ? QString() : QStringLiteral(" · ")) + ToQt(complaint);
+  QStringList complaints;
+  for (const std::string& complaint : p.work.desk.Complaints()) complaints += ToQt(complaint);
+  if (const std::string failure = p.work.backup.Failure(); !failure.empty())
+    complaints += ToQt(failure);
+  const QString all = complaints.join(QStringLiteral(" · "));
   banner->SetMessage(Severity::Warning, all);
   banner->setVisible(!all.isEmpty());
   Arrange();

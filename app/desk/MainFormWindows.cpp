@@ -56,6 +56,7 @@ void TMainForm::ApplyOptions(const TOptionChanges& changes) {
   ShowStrips();
   ShowTranspose();
   ShowStatus();
+  ShowComplaints();
   UpdateMenu();
   if (changes.Has(TOptionChange::Language))
     p.messages.Show(TMessageKind::Note, Text("Die Sprache ändert sich mit dem nächsten Start.",

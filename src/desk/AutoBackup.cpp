@@ -1,7 +1,6 @@
 #include "desk/AutoBackup.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <new>
 #include <vector>
@@ -28,6 +27,10 @@ class QuietMessages : public IMessages {
   bool Ask(const std::string&) override { return false; }
   std::string Last;
 };
+
+std::string NotCodedText(const std::string& reason) {
+  return Text("Autobackup: ", "Auto backup: ") + reason;
+}
 
 std::string TimeMark(const std::tm& time) {
   char mark[64];
@@ -90,10 +93,10 @@ bool TAutoBackup::Write() {
     file = MidiFileWriter(p.song, p.options, p.routes, quiet, p.hooks)
                .Encode(AutoBackupFileName, p.song.MidiFileFormat);
   } catch (const EMidiError& error) {
-    failure = error.what();
+    failure = NotCodedText(error.what());
     return false;
   } catch (const std::bad_alloc&) {
-    failure = OutOfMemoryText();
+    failure = NotCodedText(OutOfMemoryText());
     return false;
   }
   const TSaveResult result = SaveFile(AutoBackupFileName, file, files);
@@ -103,14 +106,6 @@ bool TAutoBackup::Write() {
                 : Text("Autobackup konnte nicht geschrieben werden!",
                        "The auto backup could not be written!");
   return false;
-}
-
-std::string TAutoBackup::StatusText() const {
-  if (!failure.empty()) return failure;
-  if (!lastBackup) return {};
-  char time[32];
-  std::snprintf(time, sizeof time, "%02d:%02d", lastBackup->tm_hour, lastBackup->tm_min);
-  return Text("Autobackup ", "Auto backup ") + time;
 }
 
 }  // namespace Sonarello

@@ -28,8 +28,8 @@ struct TAutoBackupParts {
 /// Writes a changed song into "AutoBackups" in `DataPath`, at each tick of a timer that has a reason
 /// to. Neither the song's name nor its modified state change. Runs on the main thread, also while the
 /// player runs: the song is encoded in memory with the gate held, so that a backup is the song of one
-/// moment; the file is written when the gate is free again. Nothing is ever shown: a backup must not
-/// open a dialog over a playing song.
+/// moment; the file is written when the gate is free again. A backup must not open a dialog over a
+/// playing song: that it failed is told by `Failure`.
 class TAutoBackup {
  public:
   static constexpr int Interval = 600'000;  ///< ms between ticks
@@ -51,8 +51,9 @@ class TAutoBackup {
 
   /// When the last backup of this run was written.
   [[nodiscard]] const std::optional<std::tm>& LastBackup() const noexcept { return lastBackup; }
-  /// "Auto backup 14:32" for the status bar; why the last one failed, if it did; empty before.
-  [[nodiscard]] std::string StatusText() const;
+  /// Why the last backup was not written, for the user: until one is written again, or backups are
+  /// switched off. Empty when all is well.
+  [[nodiscard]] std::string Failure() const { return AutoBackupEnabled ? failure : std::string(); }
 
   [[nodiscard]] static std::tm LocalTime();
 

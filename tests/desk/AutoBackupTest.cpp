@@ -173,7 +173,7 @@ TEST(AutoBackup, AFolderThatCannotBeMadeEndsTheTickSilently) {
   EXPECT_FALSE(b.changed);
   EXPECT_THAT(b.messages.Shown, IsEmpty());
   EXPECT_FALSE(b.backup.LastBackup().has_value());
-  EXPECT_EQ(b.backup.StatusText(), "");
+  EXPECT_EQ(b.backup.Failure(), "");
 }
 
 struct FullDisk : FileCalls {
@@ -186,7 +186,7 @@ struct FullDisk : FileCalls {
   }
 };
 
-TEST(AutoBackup, AFailedWriteIsTriedAgainAndToldInTheStatusBarOnly) {
+TEST(AutoBackup, AFailedWriteIsTriedAgainAndToldUntilOneWorks) {
   BackupBench b;
   FullDisk disk;
   TAutoBackup backup{{b.song, b.options, b.routes, b.hooks, b.gate, b.changed}, disk};
@@ -195,36 +195,60 @@ TEST(AutoBackup, AFailedWriteIsTriedAgainAndToldInTheStatusBarOnly) {
   EXPECT_TRUE(b.changed);
   EXPECT_THAT(b.Files(), IsEmpty());
   EXPECT_THAT(b.messages.Shown, IsEmpty());
-  EXPECT_EQ(backup.StatusText(), "Auto backup: disk full!");
+  EXPECT_EQ(backup.Failure(), "Auto backup: disk full!");
+  EXPECT_FALSE(backup.LastBackup().has_value());
   disk.Error = EIO;
   InGerman german;
   EXPECT_FALSE(backup.Tick());
-  EXPECT_EQ(backup.StatusText(), "Autobackup konnte nicht geschrieben werden!");
+  EXPECT_EQ(backup.Failure(), "Autobackup konnte nicht geschrieben werden!");
+  disk.Error = ENOSPC;
+  EXPECT_FALSE(backup.Tick());
+  EXPECT_EQ(backup.Failure(), "Autobackup: kein Platz mehr auf dem Datenträger!");
   disk.Full = false;
   EXPECT_TRUE(backup.Tick());
   EXPECT_FALSE(b.changed);
-  EXPECT_EQ(backup.StatusText(), "Autobackup 09:05");
+  EXPECT_EQ(backup.Failure(), "");
+  EXPECT_EQ(backup.LastBackup()->tm_min, 5);
 }
 
-TEST(AutoBackup, ASongThatCannotBeCodedSaysWhyInTheStatusBar) {
+TEST(AutoBackup, ASongThatCannotBeCodedSaysWhy) {
   BackupBench b;
   b.song.Pool.FailAt(1);
   EXPECT_FALSE(b.backup.Tick());
   b.song.Pool.FailAt(0);
-  EXPECT_EQ(b.backup.StatusText(), "Error allocating memory!");
+  EXPECT_EQ(b.backup.Failure(), "Auto backup: Error allocating memory!");
   EXPECT_THAT(b.messages.Shown, IsEmpty());
   EXPECT_TRUE(b.changed);
+  const InGerman german;
+  b.song.Pool.FailAt(1);
+  EXPECT_FALSE(b.backup.Tick());
+  b.song.Pool.FailAt(0);
+  EXPECT_EQ(b.backup.Failure(), "Autobackup: 1066: Speicherzuordnungsfehler: Bitte mehr Speicher!");
 }
 
-TEST(AutoBackup, TheStatusBarTellsTheTimeOfTheLastOne) {
+TEST(AutoBackup, AFailureLastsWhileNothingElseIsTried) {
   BackupBench b;
-  EXPECT_EQ(b.backup.StatusText(), "");
+  FullDisk disk;
+  TAutoBackup backup{{b.song, b.options, b.routes, b.hooks, b.gate, b.changed}, disk};
+  backup.Clock = [&] { return b.Now; };
+  EXPECT_FALSE(backup.Tick());
+  b.changed = false;
+  disk.Full = false;
+  EXPECT_FALSE(backup.Tick()) << "nothing was changed";
+  EXPECT_EQ(backup.Failure(), "Auto backup: disk full!");
+  backup.AutoBackupEnabled = false;
+  EXPECT_EQ(backup.Failure(), "") << "who wants no backups misses none";
+  backup.AutoBackupEnabled = true;
+  EXPECT_EQ(backup.Failure(), "Auto backup: disk full!");
+}
+
+TEST(AutoBackup, TheTimeOfTheLastOneIsKnown) {
+  BackupBench b;
+  EXPECT_FALSE(b.backup.LastBackup().has_value());
   b.Now = At(2026, 3, 7, 14, 32, 59);
   ASSERT_TRUE(b.backup.Tick());
-  EXPECT_EQ(b.backup.StatusText(), "Auto backup 14:32");
   EXPECT_EQ(b.backup.LastBackup()->tm_hour, 14);
-  InGerman german;
-  EXPECT_EQ(b.backup.StatusText(), "Autobackup 14:32");
+  EXPECT_EQ(b.backup.LastBackup()->tm_min, 32);
 }
 
 TEST(AutoBackup, TheHostedSetGoesBesideItWhenTheBackupIsWritten) {

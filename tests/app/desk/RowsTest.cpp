@@ -126,6 +126,48 @@ TEST_F(Rows, TheStatusTellsOutputsScaleAndBackup) {
   EXPECT_TRUE(form->isWindowModified()) << "a backup is no save";
 }
 
+TEST_F(Rows, AFailedBackupStandsAboveTheDeskUntilOneWorks) {
+  BeginWithSong();
+  work->backup.Clock = [] {
+    std::tm time{};
+    time.tm_year = 126;
+    time.tm_mon = 2;
+    time.tm_mday = 7;
+    return time;
+  };
+  // A folder of the backup's name is in its way.
+  const std::filesystem::path inTheWay =
+      folder.File("data") + "/AutoBackups/eight bars_20260307_000000.mid";
+  std::filesystem::create_directories(inTheWay);
+  TheDesk().Changed();
+  EXPECT_FALSE(Of<Banner>().isVisible());
+  for (int n = 0; n < 2; ++n) {
+    Fire("AutoBackupTimer");
+    EXPECT_TRUE(Of<Banner>().isVisible());
+    EXPECT_EQ(ToStd(Of<Banner>().text()), "The auto backup could not be written!");
+  }
+  EXPECT_THAT(told, IsEmpty()) << "no dialog over a playing song";
+  std::filesystem::remove(inTheWay);
+  Fire("AutoBackupTimer");
+  EXPECT_TRUE(std::filesystem::is_regular_file(inTheWay));
+  EXPECT_FALSE(Of<Banner>().isVisible());
+  EXPECT_THAT(ToStd(Of<Banner>().text()), IsEmpty());
+}
+
+TEST_F(Rows, AFailedBackupStandsBesideWhatElseWentWrong) {
+  loadSynthesizer = []() -> std::unique_ptr<IHostedInstrument> {
+    throw TAudioError("There is no sound font.");
+  };
+  BeginWithSong();
+  work->backup.Clock = [] { return std::tm{}; };
+  std::filesystem::create_directories(folder.File("data") +
+                                      "/AutoBackups/eight bars_19000100_000000.mid");
+  TheDesk().Changed();
+  Fire("AutoBackupTimer");
+  EXPECT_EQ(ToStd(Of<Banner>().text()),
+            "There is no sound font. · The auto backup could not be written!");
+}
+
 TEST_F(Rows, ABackupIsNotWrittenIfTheUserWantsNone) {
   store.WriteBool("", "AutoBackupEnabled", false);
   BeginWithSong();

@@ -9,6 +9,7 @@
 #include "app/options/OptionsForm.h"
 #include "app/options/RoutesTable.h"
 #include "app/options/SegmentChoice.h"
+#include "app/panels/Banner.h"
 #include "app/panels/DropCard.h"
 #include "app/panels/LyricBar.h"
 #include "app/panels/StatusBar.h"
@@ -76,6 +77,20 @@ TEST_F(Settings, WhatIsChangedCountsAtOnce) {
   EXPECT_FALSE(work->backup.AutoBackupEnabled);
   EXPECT_FALSE(TheDesk().strips.Desk.Settings.GrabMidiDriver);
   EXPECT_FALSE(store.ReadBool("", "DisplayActive", true));
+}
+
+TEST_F(Settings, WhoWantsNoBackupsIsNotToldThatOneFailed) {
+  BeginWithSong();
+  work->backup.Clock = [] { return std::tm{}; };
+  std::filesystem::create_directories(folder.File("data") +
+                                      "/AutoBackups/eight bars_19000100_000000.mid");
+  TheDesk().Changed();
+  Fire("AutoBackupTimer");
+  EXPECT_TRUE(Of<Banner>().isVisible());
+  Open();
+  Check("AutoBackupEnabled").click();
+  Ok();
+  EXPECT_FALSE(Of<Banner>().isVisible());
 }
 
 TEST_F(Settings, TranspositionOfTheSettingsIsShownOnTheDesk) {
