@@ -1,11 +1,11 @@
 #include "Player.h"
 
-#include <array>
 #include <filesystem>
 #include <stdexcept>
 
 #include "Desk.h"
 #include "Measure.h"
+#include "StandIns.h"
 #include "core/EventList.h"
 #include "core/OpenPipeline.h"
 #include "playback/MidiPlayer.h"
@@ -13,21 +13,6 @@
 namespace Sonarello::Bench {
 
 namespace {
-
-class DeafMessages : public IMessages {
- public:
-  void Show(const std::string&) override {}
-  bool Ask(const std::string&) override { return true; }
-};
-
-class OneRoute : public IRoutes {
- public:
-  explicit OneRoute(int instrument) { table[0].InstrumValue = static_cast<std::uint8_t>(instrument); }
-  [[nodiscard]] std::span<const TMidiRouting> MidiRouting() const override { return table; }
-
- private:
-  std::array<TMidiRouting, 1> table;
-};
 
 /// A clock that stands still until it is moved.
 class StillClock : public IClock {

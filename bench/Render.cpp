@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Measure.h"
+#include "StandIns.h"
 #include "core/OpenPipeline.h"
 #include "playback/HostedAudio.h"
 #include "playback/RouteOutputs.h"
@@ -18,24 +19,6 @@
 namespace Sonarello::Bench {
 
 namespace {
-
-class DeafMessages : public IMessages {
- public:
-  void Show(const std::string&) override {}
-  bool Ask(const std::string&) override { return true; }
-};
-
-class HostedRoute : public IRoutes {
- public:
-  explicit HostedRoute(std::uint32_t handle) {
-    table[0].VSTi = true;
-    table[0].VSTiHandle = handle;
-  }
-  [[nodiscard]] std::span<const TMidiRouting> MidiRouting() const override { return table; }
-
- private:
-  std::array<TMidiRouting, 1> table;
-};
 
 class NoDriver : public IMidiDriver {
  public:
@@ -116,7 +99,10 @@ RenderFigures MeasureRender(const std::string& file) {
   auto own = FluidSynthInstrument::Load();
   const std::string bank = own->BankFile();
   host.LoadInstrument(0, std::move(own));
-  HostedRoute routes(host.VSTiArray()[0].Handle);
+  TMidiRouting hosted;
+  hosted.VSTi = true;
+  hosted.VSTiHandle = host.VSTiArray()[0].Handle;
+  OneRoute routes(hosted);
   Song song;
   const Options options;
   DeafMessages messages;

@@ -10,17 +10,12 @@
 #include <vector>
 
 #include "Measure.h"
+#include "StandIns.h"
 #include "instruments/Naming.h"
 
 namespace Sonarello::Bench {
 
 namespace {
-
-class DeafMessages : public IMessages {
- public:
-  void Show(const std::string&) override {}
-  bool Ask(const std::string&) override { return true; }
-};
 
 /// The addresses of an instrument's sounds, in an order that no cache foresees.
 std::vector<TAddress> Addresses(const SoundSet& set) {

@@ -3,7 +3,6 @@
 #include <smf.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -17,6 +16,7 @@
 #include "Player.h"
 #include "Render.h"
 #include "Sounds.h"
+#include "StandIns.h"
 #include "core/MidiFileWriter.h"
 #include "core/OpenPipeline.h"
 #include "instruments/SoundNames.h"
@@ -34,22 +34,6 @@ std::vector<std::uint8_t> ReadFile(const std::string& path) {
   in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
   return bytes;
 }
-
-/// Awkward songs earn warnings, such as that of too many open notes; a benchmark lets them pass.
-class DeafMessages : public IMessages {
- public:
-  void Show(const std::string&) override {}
-  bool Ask(const std::string&) override { return true; }
-};
-
-class OneRoute : public IRoutes {
- public:
-  explicit OneRoute(int instrument) { table[0].InstrumValue = static_cast<std::uint8_t>(instrument); }
-  [[nodiscard]] std::span<const TMidiRouting> MidiRouting() const override { return table; }
-
- private:
-  std::array<TMidiRouting, 1> table;
-};
 
 /// A song with all that its operations need, as the program owns it.
 struct Desk {
