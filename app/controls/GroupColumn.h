@@ -28,6 +28,7 @@ class GroupColumn : public Control {
   [[nodiscard]] Spoken spoken() const override;
 
  Q_SIGNALS:
+  /// The group fader; its position is -127..127 from where it was taken.
   void pressed();
   void moved(int position);
   void released();

@@ -27,15 +27,21 @@ class StripBank : public Control {
   [[nodiscard]] QWidget* ringPlace() override;
 
  Q_SIGNALS:
+  /// The user turned to a channel: a touch of its strip, or Left and Right.
   void channelSelected(int channel);
+  /// The user moved a fader, by any means; faderPressed and faderReleased stand around a drag.
   void volumeMoved(int channel, int value);
   void faderPressed(int channel);
   void faderReleased(int channel);
+  /// Name plate, right click beside the number, Enter.
   void soundWanted(int channel);
+  /// Right click on the number, context key.
   void redirectMenuWanted(int channel, const QPoint& globalPosition);
+  /// Ctrl among the modifiers means all channels.
   void soloPressed(int channel, Qt::KeyboardModifiers modifiers);
   void mutePressed(int channel, Qt::KeyboardModifiers modifiers);
   void recPressed(int channel);
+  /// Held down with a direction of -1 or +1 until released; the owner repeats.
   void velocityPressed(int channel, int direction);
   void velocityReleased(int channel);
   void velocityRangeWanted(int channel);

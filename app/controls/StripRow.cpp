@@ -11,36 +11,8 @@ namespace Sonarello {
 StripRow::StripRow(QWidget* parent)
     : QWidget(parent), column(new GroupColumn(this)), strips(new StripBank(this)) {
   column->setSongLoaded(false);
-  connectStrips();
-  connectGroup();
-}
-
-void StripRow::connectStrips() {
-  connect(strips, &StripBank::channelSelected, this, &StripRow::channelSelected);
-  connect(strips, &StripBank::volumeMoved, this, &StripRow::volumeMoved);
-  connect(strips, &StripBank::faderPressed, this, &StripRow::faderPressed);
-  connect(strips, &StripBank::faderReleased, this, &StripRow::faderReleased);
-  connect(strips, &StripBank::soundWanted, this, &StripRow::soundWanted);
-  connect(strips, &StripBank::redirectMenuWanted, this, &StripRow::redirectMenuWanted);
-  connect(strips, &StripBank::soloPressed, this, &StripRow::soloPressed);
-  connect(strips, &StripBank::mutePressed, this, &StripRow::mutePressed);
-  connect(strips, &StripBank::recPressed, this, &StripRow::recPressed);
-  connect(strips, &StripBank::velocityPressed, this, &StripRow::velocityPressed);
-  connect(strips, &StripBank::velocityReleased, this, &StripRow::velocityReleased);
-  connect(strips, &StripBank::velocityRangeWanted, this, &StripRow::velocityRangeWanted);
-  connect(strips, &StripBank::octavePressed, this, &StripRow::octavePressed);
-  connect(strips, &StripBank::octaveReleased, this, &StripRow::octaveReleased);
-  connect(strips, &StripBank::allSoloOff, this, &StripRow::allSoloOff);
-  connect(strips, &StripBank::allMuteOff, this, &StripRow::allMuteOff);
-}
-
-void StripRow::connectGroup() {
-  connect(column, &GroupColumn::pressed, this, &StripRow::groupPressed);
-  connect(column, &GroupColumn::moved, this, &StripRow::groupMoved);
-  connect(column, &GroupColumn::released, this, &StripRow::groupReleased);
-  connect(column, &GroupColumn::linkToggled, this, &StripRow::linkToggled);
-  connect(column, &GroupColumn::allSoloOff, this, &StripRow::allSoloOff);
-  connect(column, &GroupColumn::allMuteOff, this, &StripRow::allMuteOff);
+  connect(column, &GroupColumn::allSoloOff, strips, &StripBank::allSoloOff);
+  connect(column, &GroupColumn::allMuteOff, strips, &StripBank::allMuteOff);
 }
 
 ChannelStrip& StripRow::strip(int channel) const { return strips->strip(channel); }

@@ -12,8 +12,8 @@ class ChannelStrip;
 class GroupColumn;
 class StripBank;
 
-/// Shows views and reports what the user does; it changes nothing by itself but the fader under the
-/// user's hand. Channels count from 0.
+/// Shows views; `bank` and `group` report what the user does. The row changes nothing by itself but the
+/// fader under the user's hand. Channels count from 0.
 class StripRow : public QWidget {
   Q_OBJECT
 
@@ -33,48 +33,19 @@ class StripRow : public QWidget {
   void setCompact(bool compact);
 
   [[nodiscard]] ChannelStrip& strip(int channel) const;
+  /// The sixteen strips, with all that they report; the switches of the group column that turn all
+  /// solos and mutes off are reported here too.
   [[nodiscard]] StripBank& bank() const { return *strips; }
   [[nodiscard]] GroupColumn& group() const { return *column; }
 
   [[nodiscard]] QSize minimumSizeHint() const override;
   [[nodiscard]] QSize sizeHint() const override;
 
- Q_SIGNALS:
-  /// The user turned to a channel: a touch of its strip, or Left and Right.
-  void channelSelected(int channel);
-  /// The user moved a fader, by any means; faderPressed and faderReleased stand around a drag.
-  void volumeMoved(int channel, int value);
-  void faderPressed(int channel);
-  void faderReleased(int channel);
-  /// Name plate, right click beside the number, Enter.
-  void soundWanted(int channel);
-  /// Right click on the number, context key.
-  void redirectMenuWanted(int channel, const QPoint& globalPosition);
-  /// Ctrl among the modifiers means all channels.
-  void soloPressed(int channel, Qt::KeyboardModifiers modifiers);
-  void mutePressed(int channel, Qt::KeyboardModifiers modifiers);
-  void recPressed(int channel);
-  /// Held down with a direction of -1 or +1 until released; the owner repeats.
-  void velocityPressed(int channel, int direction);
-  void velocityReleased(int channel);
-  void velocityRangeWanted(int channel);
-  void octavePressed(int channel, int direction);
-  void octaveReleased(int channel);
-  /// The group fader; its position is -127..127 from where it was taken.
-  void groupPressed();
-  void groupMoved(int position);
-  void groupReleased();
-  void linkToggled(bool linked);
-  void allSoloOff();
-  void allMuteOff();
-
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
-  void connectStrips();
-  void connectGroup();
   void layOut();
 
   bool compact = false;

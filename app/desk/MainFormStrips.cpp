@@ -1,7 +1,9 @@
 // The main window's strips, the controllers of the active channel, and the effect row.
 #include <QMenu>
 
+#include "app/controls/GroupColumn.h"
 #include "app/controls/QtText.h"
+#include "app/controls/StripBank.h"
 #include "app/controls/StripRow.h"
 #include "app/desk/DeskViews.h"
 #include "app/desk/MainForm.h"
@@ -26,44 +28,43 @@ void AddHead(QMenu& menu, const QString& text) {
 
 void TMainForm::ConnectStrips() {
   TStrips& strips = p.work.desk.strips;
-  connect(stripRow, &StripRow::channelSelected, this,
-          [&strips](int c) { strips.Desk.SetMidiChannel(c); });
-  connect(stripRow, &StripRow::faderPressed, this,
+  const StripBank* const bank = &stripRow->bank();
+  const GroupColumn* const group = &stripRow->group();
+  connect(bank, &StripBank::channelSelected, this, [&strips](int c) { strips.Desk.SetMidiChannel(c); });
+  connect(bank, &StripBank::faderPressed, this,
           [&strips](int c) { strips.Moves.TB_Volume00MouseDown(c); });
-  connect(stripRow, &StripRow::faderReleased, this, [&strips] { strips.Moves.TB_Volume00MouseUp(); });
-  connect(stripRow, &StripRow::volumeMoved, this, [this, &strips](int c, int value) {
+  connect(bank, &StripBank::faderReleased, this, [&strips] { strips.Moves.TB_Volume00MouseUp(); });
+  connect(bank, &StripBank::volumeMoved, this, [this, &strips](int c, int value) {
     strips.Moves.TB_Volume00Change(c, value);
     ShowStrip(c);
   });
-  connect(stripRow, &StripRow::soundWanted, this, &TMainForm::OpenBrowser);
-  connect(stripRow, &StripRow::redirectMenuWanted, this, &TMainForm::ShowChannelsMenu);
-  connect(stripRow, &StripRow::soloPressed, this, [&strips](int c, Qt::KeyboardModifiers keys) {
+  connect(bank, &StripBank::soundWanted, this, &TMainForm::OpenBrowser);
+  connect(bank, &StripBank::redirectMenuWanted, this, &TMainForm::ShowChannelsMenu);
+  connect(bank, &StripBank::soloPressed, this, [&strips](int c, Qt::KeyboardModifiers keys) {
     strips.MuteSolo.Btn_Solo00MouseDown(c, keys.testFlag(Qt::ControlModifier));
   });
-  connect(stripRow, &StripRow::mutePressed, this, [&strips](int c, Qt::KeyboardModifiers keys) {
+  connect(bank, &StripBank::mutePressed, this, [&strips](int c, Qt::KeyboardModifiers keys) {
     strips.MuteSolo.Btn_Mute00MouseDown(c, keys.testFlag(Qt::ControlModifier));
   });
-  connect(stripRow, &StripRow::allSoloOff, this, [&strips] { strips.MuteSolo.ClearSolos(); });
-  connect(stripRow, &StripRow::allMuteOff, this, [&strips] { strips.MuteSolo.ClearMutes(); });
-  connect(stripRow, &StripRow::recPressed, this, [this] { Status(NoRecording()); });
-  connect(stripRow, &StripRow::velocityPressed, this, [this, &strips](int c, int direction) {
+  connect(bank, &StripBank::allSoloOff, this, [&strips] { strips.MuteSolo.ClearSolos(); });
+  connect(bank, &StripBank::allMuteOff, this, [&strips] { strips.MuteSolo.ClearMutes(); });
+  connect(bank, &StripBank::recPressed, this, [this] { Status(NoRecording()); });
+  connect(bank, &StripBank::velocityPressed, this, [this, &strips](int c, int direction) {
     const int next = strips.Velocities.VelocityDown(c, direction);
     if (next > 0) VelocityTimer.start(next);
   });
-  connect(stripRow, &StripRow::velocityReleased, this, [this, &strips] {
+  connect(bank, &StripBank::velocityReleased, this, [this, &strips] {
     VelocityTimer.stop();
     strips.Velocities.VelocityUp();
   });
-  connect(stripRow, &StripRow::velocityRangeWanted, this, &TMainForm::OpenVelocityEditor);
-  connect(stripRow, &StripRow::octavePressed, this,
+  connect(bank, &StripBank::velocityRangeWanted, this, &TMainForm::OpenVelocityEditor);
+  connect(bank, &StripBank::octavePressed, this,
           [&strips](int c, int direction) { strips.MoveOctave(c, direction); });
-  connect(stripRow, &StripRow::groupPressed, this,
-          [&strips] { strips.GroupFader.TB_MasterVolMouseDown(); });
-  connect(stripRow, &StripRow::groupMoved, this,
+  connect(group, &GroupColumn::pressed, this, [&strips] { strips.GroupFader.TB_MasterVolMouseDown(); });
+  connect(group, &GroupColumn::moved, this,
           [&strips](int position) { strips.GroupFader.TB_MasterVolChange(position); });
-  connect(stripRow, &StripRow::groupReleased, this,
-          [&strips] { strips.GroupFader.TB_MasterVolMouseUp(); });
-  connect(stripRow, &StripRow::linkToggled, this,
+  connect(group, &GroupColumn::released, this, [&strips] { strips.GroupFader.TB_MasterVolMouseUp(); });
+  connect(group, &GroupColumn::linkToggled, this,
           [&strips](bool on) { strips.Moves.SetMasterVolume(on); });
   strips.Desk.Hooks.PortFailed = [this](const std::string& text) { p.messages.Show(text); };
 }

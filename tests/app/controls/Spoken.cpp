@@ -101,7 +101,7 @@ TEST(Spoken, PartsOfAStripHaveTheRolesOfWhatTheyAre) {
 TEST(Spoken, AFaderTellsItsValueAndIsMovedByAScreenReader) {
   Row desk;
   int moved = -1;
-  QObject::connect(&desk.row, &StripRow::volumeMoved, [&](int, int to) { moved = to; });
+  QObject::connect(&desk.row.bank(), &StripBank::volumeMoved, [&](int, int to) { moved = to; });
   QAccessibleInterface* fader = QAccessible::queryAccessibleInterface(&desk.row.strip(3).volume());
   ASSERT_NE(fader->valueInterface(), nullptr);
   EXPECT_EQ(fader->valueInterface()->currentValue().toInt(), 88);
@@ -137,8 +137,8 @@ TEST(Spoken, AStepperAndAKnobTellTheirTextAsItIsShown) {
 TEST(Spoken, ButtonsArePressedByAScreenReader) {
   Row desk;
   Log log;
-  QObject::connect(&desk.row, &StripRow::soundWanted, [&](int) { log.emplace_back("sound"); });
-  QObject::connect(&desk.row, &StripRow::soloPressed,
+  QObject::connect(&desk.row.bank(), &StripBank::soundWanted, [&](int) { log.emplace_back("sound"); });
+  QObject::connect(&desk.row.bank(), &StripBank::soloPressed,
                    [&](int, Qt::KeyboardModifiers) { log.emplace_back("solo"); });
   const auto act = [](QWidget& widget, const QString& action) {
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&widget);

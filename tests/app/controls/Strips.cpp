@@ -52,34 +52,38 @@ struct Row {
 
   void Listen() {
     const auto add = [this](const std::string& line) { log.push_back(line); };
-    QObject::connect(&row, &StripRow::channelSelected, [=](int c) { add(On("selected", c)); });
-    QObject::connect(&row, &StripRow::volumeMoved, [=](int c, int v) { add(On("volume", c, v)); });
-    QObject::connect(&row, &StripRow::faderPressed, [=](int c) { add(On("taken", c)); });
-    QObject::connect(&row, &StripRow::faderReleased, [=](int c) { add(On("let go", c)); });
-    QObject::connect(&row, &StripRow::soundWanted, [=](int c) { add(On("sound", c)); });
-    QObject::connect(&row, &StripRow::redirectMenuWanted,
+    const StripBank* const bank = &row.bank();
+    QObject::connect(bank, &StripBank::channelSelected, [=](int c) { add(On("selected", c)); });
+    QObject::connect(bank, &StripBank::volumeMoved, [=](int c, int v) { add(On("volume", c, v)); });
+    QObject::connect(bank, &StripBank::faderPressed, [=](int c) { add(On("taken", c)); });
+    QObject::connect(bank, &StripBank::faderReleased, [=](int c) { add(On("let go", c)); });
+    QObject::connect(bank, &StripBank::soundWanted, [=](int c) { add(On("sound", c)); });
+    QObject::connect(bank, &StripBank::redirectMenuWanted,
                      [=](int c, const QPoint&) { add(On("redirect", c)); });
-    QObject::connect(&row, &StripRow::soloPressed,
+    QObject::connect(bank, &StripBank::soloPressed,
                      [=](int c, Qt::KeyboardModifiers held) { add(On("solo", c, held)); });
-    QObject::connect(&row, &StripRow::mutePressed,
+    QObject::connect(bank, &StripBank::mutePressed,
                      [=](int c, Qt::KeyboardModifiers held) { add(On("mute", c, held)); });
-    QObject::connect(&row, &StripRow::recPressed, [=](int c) { add(On("rec", c)); });
-    QObject::connect(&row, &StripRow::velocityPressed,
+    QObject::connect(bank, &StripBank::recPressed, [=](int c) { add(On("rec", c)); });
+    QObject::connect(bank, &StripBank::velocityPressed,
                      [=](int c, int by) { add(On("velocity", c, by)); });
-    QObject::connect(&row, &StripRow::velocityReleased, [=](int c) { add(On("velocity end", c)); });
-    QObject::connect(&row, &StripRow::velocityRangeWanted, [=](int c) { add(On("range", c)); });
-    QObject::connect(&row, &StripRow::octavePressed, [=](int c, int by) { add(On("octave", c, by)); });
-    QObject::connect(&row, &StripRow::octaveReleased, [=](int c) { add(On("octave end", c)); });
+    QObject::connect(bank, &StripBank::velocityReleased, [=](int c) { add(On("velocity end", c)); });
+    QObject::connect(bank, &StripBank::velocityRangeWanted, [=](int c) { add(On("range", c)); });
+    QObject::connect(bank, &StripBank::octavePressed, [=](int c, int by) { add(On("octave", c, by)); });
+    QObject::connect(bank, &StripBank::octaveReleased, [=](int c) { add(On("octave end", c)); });
   }
 
   void ListenToGroup() {
     const auto add = [this](const std::string& line) { log.push_back(line); };
-    QObject::connect(&row, &StripRow::groupPressed, [=] { add("group taken"); });
-    QObject::connect(&row, &StripRow::groupMoved, [=](int by) { add(On("group", by)); });
-    QObject::connect(&row, &StripRow::groupReleased, [=] { add("group let go"); });
-    QObject::connect(&row, &StripRow::linkToggled, [=](bool on) { add(on ? "linked" : "unlinked"); });
-    QObject::connect(&row, &StripRow::allSoloOff, [=] { add("all solo off"); });
-    QObject::connect(&row, &StripRow::allMuteOff, [=] { add("all mute off"); });
+    const StripBank* const bank = &row.bank();
+    const GroupColumn* const group = &row.group();
+    QObject::connect(group, &GroupColumn::pressed, [=] { add("group taken"); });
+    QObject::connect(group, &GroupColumn::moved, [=](int by) { add(On("group", by)); });
+    QObject::connect(group, &GroupColumn::released, [=] { add("group let go"); });
+    QObject::connect(group, &GroupColumn::linkToggled,
+                     [=](bool on) { add(on ? "linked" : "unlinked"); });
+    QObject::connect(bank, &StripBank::allSoloOff, [=] { add("all solo off"); });
+    QObject::connect(bank, &StripBank::allMuteOff, [=] { add("all mute off"); });
   }
 
   void Change(int channel, const std::function<void(StripView&)>& change) {
