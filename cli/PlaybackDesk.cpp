@@ -5,27 +5,11 @@
 #include "DisplayText.h"
 #include "core/TextOrder.h"
 #include "core/Texts.h"
-#include "playback/NullAudioDevice.h"
+#include "playback/HostedOutputs.h"
 #include "playback/drivers/FluidSynthInstrument.h"
 #include "playback/drivers/RtAudioDriver.h"
 
 namespace Sonarello {
-
-namespace {
-
-constexpr int BufferFrames = 441;  ///< 10 ms
-
-std::vector<TInstrumentSlot> SlotsOf(const TVSTInstruments& host) {
-  std::vector<TInstrumentSlot> slots;
-  for (const TVSTiArray& slot : host.VSTiArray())
-    if (slot.Instrument)
-      slots.push_back({.Name = slot.Name, .Handle = slot.Handle, .UniqueID = slot.uniqueID});
-    else
-      slots.emplace_back();
-  return slots;
-}
-
-}  // namespace
 
 bool PlaybackDesk::LoadSynthesizer(std::vector<std::string>& complaints) {
   try {
@@ -103,19 +87,7 @@ bool PlaybackDesk::Prepare(const Setup& given, const std::string& file, Console&
 
 std::string PlaybackDesk::StartAudio() {
   audio = FindAudioDrivers();
-  audio.push_back(std::make_unique<NullAudioDriver>());
-  for (const auto& driver : audio) {
-    const std::vector<std::string> names = driver->DeviceNames();
-    if (names.empty()) continue;
-    try {
-      host.StartAudio(*driver, 0, BufferFrames);
-      return driver->ApiName() + ": " + names.front();
-    } catch (const TAudioError&) {
-      // The next system may do; the last one always does.
-      continue;
-    }
-  }
-  return {};
+  return StartFirstAudio(host, audio);
 }
 
 }  // namespace Sonarello

@@ -3,25 +3,14 @@
 
 #include "core/Texts.h"
 #include "desk/Desk.h"
+#include "playback/HostedOutputs.h"
 #include "playback/MidiErrors.h"
-#include "playback/NullAudioDevice.h"
 
 namespace Sonarello {
 
 namespace {
 
-constexpr int BufferFrames = 441;  ///< 10 ms
 constexpr int MostSemitones = 24;
-
-std::vector<TInstrumentSlot> SlotsOf(const TVSTInstruments& host) {
-  std::vector<TInstrumentSlot> slots;
-  for (const TVSTiArray& slot : host.VSTiArray())
-    if (slot.Instrument)
-      slots.push_back({.Name = slot.Name, .Handle = slot.Handle, .UniqueID = slot.uniqueID});
-    else
-      slots.emplace_back();
-  return slots;
-}
 
 }  // namespace
 
@@ -55,17 +44,7 @@ void Desk::StartAudio() {
     complaints.emplace_back(error.what());
   }
   if (parts.FindAudio) audio = parts.FindAudio();
-  audio.push_back(std::make_unique<NullAudioDriver>());
-  for (const auto& driver : audio) {
-    if (driver->DeviceNames().empty()) continue;
-    try {
-      host.StartAudio(*driver, 0, BufferFrames);
-      break;
-    } catch (const TAudioError&) {
-      // The next system may do; the last one always does.
-      continue;
-    }
-  }
+  StartFirstAudio(host, audio);
   BuildRoutes();
   ready = true;
 }
