@@ -71,7 +71,8 @@ class Desk {
   [[nodiscard]] std::vector<std::string> InputNames() const;
   /// True when the routes are built with all that there is.
   [[nodiscard]] bool MidiDriverReady() const noexcept { return ready; }
-  /// What went wrong with outputs and sound lists, for the user; empty when all is well.
+  /// What went wrong with outputs, for the user; empty when all is well. Sound lists are told in
+  /// messages.
   [[nodiscard]] const std::vector<std::string>& Complaints() const noexcept { return complaints; }
 
   // --- The song (DeskSong.cpp)
@@ -155,7 +156,6 @@ class Desk {
 
   TDeskParts parts;
   std::vector<std::string> complaints;
-  std::vector<std::string> soundComplaints;
   std::vector<std::unique_ptr<IAudioDriver>> audio;  ///< before the host, whose device ends first
   SilentOutput ports;
   TVSTInstruments host;
