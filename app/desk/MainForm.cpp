@@ -195,7 +195,9 @@ void TMainForm::ShowComplaints() {
   for (const std::string& complaint : p.work.desk.Complaints()) complaints += ToQt(complaint);
   if (const std::string failure = p.work.backup.Failure(); !failure.empty())
     complaints += ToQt(failure);
-  const QString all = complaints.join(QStringLiteral(" · "));
+  const QString all = complaints.join(QStringLiteral(" · ")).simplified();
+  // What still stands is not announced to a screen reader again.
+  if (all == banner->text()) return;
   banner->SetMessage(Severity::Warning, all);
   banner->setVisible(!all.isEmpty());
   Arrange();
