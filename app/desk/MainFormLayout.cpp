@@ -35,7 +35,6 @@ struct TRows {
 constexpr TRows Regular{28, 72, 30, 76, 36, 4, 82, 24, 8};
 constexpr TRows Compact{28, 62, 28, 64, 34, 3, 56, 24, 6};
 constexpr int Margin = 8;
-constexpr int BannerHeight = 32;
 
 }  // namespace
 
@@ -79,8 +78,9 @@ void TMainForm::Arrange() {
   const int gap = m.px(rows.Gap);
   int top = gap;
   if (!banner->isHidden()) {
-    banner->setGeometry(left, top, width, m.px(BannerHeight));
-    top += m.px(BannerHeight) + gap;
+    const int height = banner->heightForWidth(width);
+    banner->setGeometry(left, top, width, height);
+    top += height + gap;
   }
   ArrangeTransport(left, top, width, m.px(rows.Transport), gap);
   top += m.px(rows.Transport) + gap;

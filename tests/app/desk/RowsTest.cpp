@@ -104,6 +104,21 @@ TEST_F(Rows, WhatWentWrongWithOutputsStandsAboveTheDesk) {
   EXPECT_THAT(told, IsEmpty()) << "no dialog at the start";
 }
 
+TEST_F(Rows, ALongComplaintTakesItsRoomFromTheDesk) {
+  loadSynthesizer = []() -> std::unique_ptr<IHostedInstrument> {
+    std::string text = "There is no sound font:";
+    for (int n = 0; n < 40; ++n) text += " /somewhere/else";
+    throw TAudioError(text);
+  };
+  BeginWithSong();
+  const Banner& banner = Of<Banner>();
+  EXPECT_EQ(banner.height(), banner.heightForWidth(banner.width()));
+  EXPECT_GT(banner.height(), banner.minimumSizeHint().height());
+  for (const QWidget* panel : std::initializer_list<QWidget*>{&Of<FilePanel>(), &Of<PositionDisplay>(),
+                                                              &Of<SongSlider>(), &Of<StripRow>()})
+    EXPECT_GT(panel->y(), banner.geometry().bottom()) << panel->metaObject()->className();
+}
+
 TEST_F(Rows, TheStatusTellsOutputsScaleAndBackup) {
   BeginWithSong();
   EXPECT_THAT(Status(), HasSubstr("GM Soundset"));
