@@ -10,13 +10,13 @@
 #include <QTemporaryDir>
 #include <QTimerEvent>
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
 
 #include "Measure.h"
 #include "Songs.h"
+#include "StandIns.h"
 #include "app/controls/QtText.h"
 #include "app/controls/SonStyle.h"
 #include "app/editors/EventDelegate.h"
@@ -33,20 +33,6 @@ namespace {
 using Limit = Report::Limit;
 
 constexpr int Places = 20;  ///< of the list at which everything is done
-
-class DeafMessages : public IMessages {
- public:
-  void Show(const std::string&) override {}
-  bool Ask(const std::string&) override { return true; }
-};
-
-class OneRoute : public IRoutes {
- public:
-  [[nodiscard]] std::span<const TMidiRouting> MidiRouting() const override { return table; }
-
- private:
-  std::array<TMidiRouting, 1> table;
-};
 
 double Allocated() {
   const struct mallinfo2 info = mallinfo2();
@@ -139,7 +125,7 @@ class EventListWindow {
 
   Song song;
   Options options;
-  OneRoute routes;
+  OneRoute routes{0};
   DeafMessages messages;
   SongHooks hooks;
   OpenPipeline pipeline{song, options, routes, messages, hooks};
