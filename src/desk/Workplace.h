@@ -89,7 +89,7 @@ class Workplace final : private SongObserver {
 
   IRegistryStore& store;
   bool tellsOwnTimes = false;  ///< it is the event list's own edit that changed tempi or signatures
-  bool trialSaved = false;  ///< the song was saved with a sound that the browser may take back
+  bool trialSaved = false;     ///< the song was saved with a sound that the browser may take back
 };
 
 }  // namespace Sonarello

@@ -66,6 +66,10 @@ class IncludeArrows(Sample):
         self.finds("include-arrows", "src/desk/A.cpp", '#include "desk/A.h"\n')
         self.finds("include-arrows", "cli/A.cpp", '#include "app/Main.h"\n', "cli/A.cpp:1")
 
+    def test_only_the_benchmark_of_the_windows_knows_windows(self):
+        self.passes("include-arrows", "bench/windows/A.cpp", '#include "app/Main.h"\n')
+        self.finds("include-arrows", "bench/A.cpp", '#include "app/Main.h"\n', "bench/A.cpp:1")
+
     def test_the_programs_know_every_room(self):
         self.passes("include-arrows", "cli/main.cpp",
                     '#include "cli/Show.h"\n#include "core/Song.h"\n#include "desk/Desk.h"\n')
