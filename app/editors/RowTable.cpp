@@ -1,5 +1,6 @@
 #include "app/editors/RowTable.h"
 
+#include <QAbstractButton>
 #include <QHeaderView>
 #include <QPaintEvent>
 #include <QPainter>
@@ -11,7 +12,9 @@ namespace Sonarello {
 RowTable::RowTable(QWidget* parent) : QTableView(parent) {
   verticalHeader()->hide();
   setShowGrid(false);
-  setCornerButtonEnabled(false);
+  // The button between the headers, which only the usual layout hides.
+  for (auto* const corner : findChildren<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly))
+    corner->hide();
   setWordWrap(false);
   setSelectionBehavior(SelectRows);
   setVerticalScrollMode(ScrollPerItem);

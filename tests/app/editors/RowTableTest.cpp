@@ -1,4 +1,5 @@
 // A table of rows of one height: places, keys, pointer and selection, however long it is.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QAbstractTableModel>
@@ -126,6 +127,14 @@ TEST_F(RowTables, OnlyRowsInSightArePainted) {
   table.viewport()->repaint();
   EXPECT_EQ(*painted.rows.begin(), 500'000);
   EXPECT_EQ(*painted.rows.rbegin(), 500'000 + Visible - 1);
+}
+
+TEST_F(RowTables, NothingButHeadRowsAndScrollBarsIsSeen) {
+  Make(20);
+  std::vector<const QWidget*> seen;
+  for (const QWidget* part : table.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+    if (part->isVisible()) seen.push_back(part);
+  EXPECT_THAT(seen, testing::UnorderedElementsAre(table.viewport(), table.horizontalHeader()));
 }
 
 TEST_F(RowTables, PlaceAndIndexAgree) {
