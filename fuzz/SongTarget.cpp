@@ -1,11 +1,8 @@
-#include <unistd.h>
-
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
+#include "Folder.h"
 #include "InputReader.h"
 #include "Targets.h"
 #include "core/EventList.h"
@@ -34,28 +31,6 @@ const Bytes& GoodFile() {
                              0x40, 0x90, 60,  100, 0x83, 0x60, 0x80, 60, 64,   0, 0xFF, 0x2F, 0};
   return file;
 }
-
-/// A folder of this process, in memory where the system has that, which goes with it.
-class Folder {
- public:
-  Folder() {
-    const std::filesystem::path memory = "/dev/shm";
-    const auto base = std::filesystem::exists(memory) ? memory : std::filesystem::temp_directory_path();
-    path = base / ("sonarello_fuzz." + std::to_string(getpid()));
-    std::filesystem::create_directories(path);
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-  ~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
-  }
-  [[nodiscard]] std::string SongFile() const { return path / "song.mid"; }
-  [[nodiscard]] std::string Name() const { return path; }
-
- private:
-  std::filesystem::path path;
-};
 
 class CountingMessages : public IMessages {
  public:
@@ -131,7 +106,7 @@ class Desk {
 
   /// True if the file opened. A song is sound then; a refusal has been told.
   bool Open(Input file) {
-    WriteFile(file);
+    folder.WriteSong(file);
     const int before = messages.Shown();
     const bool opened = pipeline.OpenMidiFile(folder.SongFile(), false);
     if (opened != song.MidiFileLoaded) throw Fault("the pipeline and the song disagree on success");
@@ -155,10 +130,6 @@ class Desk {
   [[nodiscard]] int Saves() const { return SavesToRest + options.MinNoteLength / TicksBehindSong; }
 
  private:
-  void WriteFile(Input file) const {
-    std::ofstream out(folder.SongFile(), std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
-  }
   void CheckSound(const std::string& when) const {
     const std::vector<std::string> faults = CheckSong(song);
     if (!faults.empty()) throw Fault(when + ": " + faults.front());

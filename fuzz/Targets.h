@@ -38,4 +38,8 @@ void FuzzPosition(Input input);
 /// zero, is read, and the bytes behind that are explained by them.
 void FuzzExplain(Input input);
 
+/// A number of steps of a user in the event list, the steps, then the file of the song: the song stays
+/// sound, the rows are those of a list read anew, and what is taken back leaves no trace.
+void FuzzEvents(Input input);
+
 }  // namespace Sonarello::Fuzz

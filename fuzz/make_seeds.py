@@ -244,6 +244,43 @@ RULES = {
 }
 
 
+def edit(row, column, text):
+    """A text typed into a cell."""
+    text = text.encode()
+    return bytes([0]) + row.to_bytes(2, "big") + bytes([column, len(text)]) + text
+
+
+def choose(row, column, item):
+    """An item of a cell's list."""
+    return bytes([1]) + row.to_bytes(2, "big") + bytes([column, item])
+
+
+def insert(row, kind):
+    return bytes([2]) + row.to_bytes(2, "big") + bytes([kind])
+
+
+def delete(row, count):
+    return bytes([3]) + row.to_bytes(2, "big") + bytes([count])
+
+
+def show(track, kind=0):
+    return bytes([4, track, kind])
+
+
+UNDO = bytes([5])
+
+EDITS = {
+    "note": [show(2), edit(12, 1, "2.1.0"), edit(12, 5, "C4"), edit(12, 6, "3"), edit(12, 7, "64"), choose(12, 3, 4), UNDO],
+    "values": [show(2), edit(7, 6, "-8192"), choose(3, 5, 9), edit(3, 7, "12"), edit(5, 5, "128"), edit(5, 1, "1:2"), UNDO],
+    "metas": [show(0, 8), edit(2, 7, "90.5"), UNDO, edit(3, 7, "6/8"), choose(4, 7, 3), choose(1, 5, 13), edit(1, 7, "F#m7/C")],
+    "sysex": [show(0, 7), edit(1, 7, "41 10 42 12 40 00 7F 00 41"), edit(1, 7, "zz"), edit(1, 1, "3")],
+    "insert": [show(2), insert(12, 0), insert(12, 0), insert(13, 1), insert(1, 7), insert(2, 6), insert(3, 5), UNDO, delete(1, 40),
+               UNDO],
+    "lyric": [show(2, 8), edit(2, 7, "la***_NL_***"), edit(1, 7, "srl_ignore"), UNDO],
+    "format-0": [show(10), delete(1, 2), show(1, 1), edit(1, 1, "9"), insert(1, 0), UNDO, show(2), choose(1, 3, 9)],
+}
+
+
 def write(target, name, data):
     folder = os.path.join(HERE, target)
     os.makedirs(folder, exist_ok=True)
@@ -268,6 +305,9 @@ def main():
         write("fuzz_explain", name, b"\0" + bytes.fromhex(text))
     for name, text in RULES.items():
         write("fuzz_explain", "rules-" + name, b"\1" + text)
+    for name, steps in EDITS.items():
+        song = one_track() if name == "format-0" else band()
+        write("fuzz_events", name, bytes([len(steps)]) + b"".join(steps) + song)
 
 
 if __name__ == "__main__":

@@ -44,5 +44,6 @@ TEST(FuzzTargets, HoldForTheirSoundLists) { RunAll("fuzz_list", FuzzList); }
 TEST(FuzzTargets, HoldForTheirRegistryFiles) { RunAll("fuzz_registry", FuzzRegistry); }
 TEST(FuzzTargets, HoldForTheirPositions) { RunAll("fuzz_position", FuzzPosition); }
 TEST(FuzzTargets, HoldForTheirSysexs) { RunAll("fuzz_explain", FuzzExplain); }
+TEST(FuzzTargets, HoldForTheirEdits) { RunAll("fuzz_events", FuzzEvents); }
 
 }  // namespace Sonarello::Fuzz
