@@ -58,6 +58,13 @@ void Workplace::WireEventEdits() {
     desk.Tell([](SongObserver& o) { o.TimesChanged(); });
     tellsOwnTimes = false;
   };
+  told.KeySignaturesChanged = [this] {
+    tellsOwnTimes = true;
+    desk.strips.Position.SignaturesChanged();
+    desk.Tell([](SongObserver& o) { o.TimesChanged(); });
+    tellsOwnTimes = false;
+  };
+  told.SysexsChanged = [this] { ReadEffects(); };
   told.ReadFirstValues = [this] { desk.strips.ReadFirstValues(); };
   told.ShowController = [this](int channel, int controller) {
     const int value = desk.strips.Moves.ValueOf(channel, controller);

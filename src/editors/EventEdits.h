@@ -71,7 +71,9 @@ struct TEventEditHooks {
   std::function<void(const std::function<void()>& change)> ChangeTimes;
   std::function<void()> ReadAndShowLyrics;  ///< lyrics have changed
   std::function<void()> TimesChanged;       ///< tempi and signatures have changed
-  std::function<void()> ReadFirstValues;    ///< the desk takes the channels' first values
+  std::function<void()> KeySignaturesChanged;
+  std::function<void()> SysexsChanged;    ///< sysexes, and with them perhaps effects, have changed
+  std::function<void()> ReadFirstValues;  ///< the desk takes the channels' first values
   /// The first value of a channel's (0-15) controller has changed: faders, the controller window.
   std::function<void(int channel, int controller)> ShowController;
   std::function<void(int channel)> DisplayPatchName;  ///< the sound of a channel (0-15)

@@ -49,7 +49,7 @@ std::string TEventRows::TrackLine(int number) const {
   return Text("Spur ", "Track ") + std::to_string(number);
 }
 
-void TEventRows::FillTrackLines() {
+void TEventRows::ReadTrackLines() {
   trackLines = {"Master"};
   if (IsFormat0(song)) {
     for (int channel = 0; channel < ChannelCount; ++channel) trackLines.push_back(ChannelLine(channel));
@@ -92,7 +92,7 @@ void TEventRows::ShowSysexs() {
 void TEventRows::UpdateDisplayedEvents() {
   if (!song.MidiFileLoaded) return;
   const std::int32_t position = EventListPosition;
-  FillTrackLines();
+  ReadTrackLines();
   if (trackIndex < 0 && ShowingTrack < SysexListIndex) {
     CB_TrackListChange(0);
   } else {

@@ -53,6 +53,8 @@ class TEventRows {
   /// Fills the track list anew and, unless the sysex list is shown, the rows; the selected row stays.
   /// The call that others make after they changed events. Nothing without a song.
   void UpdateDisplayedEvents();
+  /// Tells the track list anew: names, channels or sounds may be others.
+  void ReadTrackLines();
   /// Lets go of everything; the song goes.
   void Clear();
 
@@ -116,7 +118,6 @@ class TEventRows {
     TEventData Data;
   };
 
-  void FillTrackLines();
   void FillInsertKinds();
   [[nodiscard]] std::string TrackLine(int track) const;
   [[nodiscard]] std::string ChannelLine(int channel) const;

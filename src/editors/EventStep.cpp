@@ -50,6 +50,8 @@ void TEventEdits::TStep::Note(const TypMidiEvent& event) {
   }
   if (IsFirstValue(event)) firstValues = true;
   if (IsTimeMeta(event)) times = true;
+  if (event.IsMeta(MetaKeySignature)) keySignatures = true;
+  if (event.Command == Sysex || event.Command == SysexEscape) sysexs = true;
   if (event.IsMeta(MetaTrackName)) trackName = true;
   if (event.IsMeta(MetaLyric) || event.IsMeta(MetaText) || HoldsXFChord(event)) lyrics = true;
 }
@@ -263,6 +265,7 @@ void TEventEdits::TStep::Finish() {
   if (!bulk && !banks.empty()) ReadBanks();
   index.Adopt();
   edits.rows.ForgetTexts();
+  edits.rows.ReadTrackLines();
   Tell();
 }
 
@@ -299,6 +302,8 @@ void TEventEdits::TStep::ReadBanks() {
 void TEventEdits::TStep::Tell() {
   const TEventEditHooks& hooks = edits.Hooks;
   if (times && hooks.TimesChanged) hooks.TimesChanged();
+  if (keySignatures && hooks.KeySignaturesChanged) hooks.KeySignaturesChanged();
+  if (sysexs && hooks.SysexsChanged) hooks.SysexsChanged();
   if (firstValues && !playing && hooks.ReadFirstValues) hooks.ReadFirstValues();
   if (lyrics && hooks.ReadAndShowLyrics) hooks.ReadAndShowLyrics();
   for (int c = 0; c < ChannelCount; ++c) {

@@ -112,6 +112,8 @@ class TEventEdits::TStep {
   std::bitset<ChannelCount> noteChannels;
   std::bitset<ChannelCount> soundChannels;
   bool times = false;
+  bool keySignatures = false;
+  bool sysexs = false;
   bool lyrics = false;
   bool firstValues = false;
   bool trackName = false;

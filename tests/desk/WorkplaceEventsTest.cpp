@@ -16,7 +16,7 @@ namespace {
 
 struct EventsOfDesk : testing::Test {
   EventsOfDesk() {
-    settings.WriteString("", "MidiInstrument00", "GM Soundset");
+    settings.WriteString("", "MidiInstrument00", "Yamaha Genos");
     settings.WriteString("", "MidiOutput00", SilentOutput::Name);
     work.Start();
     const std::string song = folder.File("demo.mid");
@@ -148,6 +148,43 @@ TEST_F(EventsOfDesk, PositionAndLoopStayAtTheirBarsWhenATempoIsEdited) {
   EXPECT_NEAR(TickOfTime(song, player.LoopEnd), 12 * bar, 2);
   edits.PM_UndoClick();
   EXPECT_NEAR(TickOfTime(song, player.TimePosition), 10 * bar, 4);
+}
+
+TEST_F(EventsOfDesk, AnEditedKeySignatureIsTheDesksAtOnce) {
+  list.CB_TrackListChange(0);
+  const auto key = [this] { return work.desk.strips.Position.At(0).Key; };
+  EXPECT_EQ(key(), "C major");
+  const std::int32_t row = RowWith(LengthColumn, "Key signature");
+  ASSERT_TRUE(Edit(row, Value2Column, "Eb").Applied);
+  EXPECT_EQ(key(), "Eb major");
+  EXPECT_TRUE(edits.CanUndo());
+  edits.PM_UndoClick();
+  EXPECT_EQ(key(), "C major");
+  ASSERT_EQ(edits.PM_DeleteMidiEventClick({row}), 1);
+  EXPECT_EQ(key(), "");
+}
+
+TEST_F(EventsOfDesk, AnEditedTrackNameStandsInTheTrackListAtOnce) {
+  const std::int32_t row = RowWith(LengthColumn, "Track name");
+  EXPECT_EQ(list.TrackLines()[1], "Klavier");
+  ASSERT_TRUE(Edit(row, Value2Column, "Flügel").Applied);
+  EXPECT_EQ(list.TrackLines()[1], "Flügel");
+  edits.PM_UndoClick();
+  EXPECT_EQ(list.TrackLines()[1], "Klavier");
+}
+
+TEST_F(EventsOfDesk, AnEditedEffectSysexIsInTheEffectRowAtOnce) {
+  const auto reverb = [this] {
+    for (const TEffectCell& cell : work.effects.Cells)
+      if (cell.Block == TEffectBlock::Reverb) return cell.EffectName;
+    return std::string();
+  };
+  const std::int32_t row = RowWith(LengthColumn, "Yamaha Reverb - Effect Type");
+  EXPECT_EQ(reverb(), "Hall1");
+  ASSERT_TRUE(Edit(row, Value2Column, "43 10 4C 02 01 00 04 00 F7").Applied);
+  EXPECT_EQ(reverb(), "Plate3");
+  edits.PM_UndoClick();
+  EXPECT_EQ(reverb(), "Hall1");
 }
 
 TEST_F(EventsOfDesk, ASongThatPlaysStaysWholeWhileItsListIsEdited) {
