@@ -8,6 +8,8 @@
 #include <array>
 #include <cmath>
 
+#include "app/controls/QtText.h"
+
 namespace Sonarello {
 namespace {
 
@@ -82,6 +84,12 @@ void TCustomTrackBar::setLook(Look look, Dim dim) {
   update();
 }
 
+void TCustomTrackBar::setOrigin(int position) {
+  if (position == origin) return;
+  origin = position;
+  update();
+}
+
 double TCustomTrackBar::y(int position) const { return plan.y(double(position) / Highest); }
 
 Spoken TCustomTrackBar::spoken() const {
@@ -128,16 +136,18 @@ void TCustomTrackBar::paintParts(QPainter& painter) const {
   painter.setFont(m.font(Role::ScaleFigure));
   painter.setPen(t.tx3);
   for (const int position : figures) {
-    const QString figure = QString::number(position);
+    const QString figure = origin == 0 ? QString::number(position) : SignedText(position - origin);
     const double right = width() - m.px(2) - FiguresWidth(painter.font(), figure);
     painter.drawText(QPointF(right, y(position) + m.px(4)), figure);
   }
   PaintFaderSlot(painter, plan);
   const QColor own = shownLook == Look::Active ? t.acc : shownLook == Look::Drum ? t.drum : QColor();
   const bool muted = shownDim == Dim::Muted;
-  const double fill = m.px(fillWidth), from = std::round(y(shownPosition));
+  const double fill = m.px(fillWidth);
+  const double start = origin == 0 ? plan.bottom + m.px(fillOver) : std::round(y(origin));
+  const double end = std::round(y(shownPosition));
   PaintBox(painter,
-           QRectF(std::floor(plan.x - fill / 2), from, fill, plan.bottom + m.px(fillOver) - from),
+           QRectF(std::floor(plan.x - fill / 2), std::min(start, end), fill, std::abs(start - end)),
            fill / 2,
            muted           ? t.dis
            : own.isValid() ? own

@@ -44,6 +44,8 @@ class TCustomTrackBar : public Control {
   void step(int steps);
 
   void setLook(Look look, Dim dim);
+  /// The position that counts as 0: figures tell the distance to it, and the line begins there.
+  void setOrigin(int position);
 
   /// The middle of the cap at a position.
   [[nodiscard]] double y(int position) const;
@@ -84,7 +86,7 @@ class TCustomTrackBar : public Control {
   [[nodiscard]] bool onCap(const QPointF& point) const;
 
   FaderPlan plan;
-  int shownPosition = 0;
+  int shownPosition = 0, origin = 0;
   Look shownLook = Look::Normal;
   Dim shownDim = Dim::None;
   Hold hold = Hold::None;

@@ -55,6 +55,9 @@ ControllerColumn::ControllerColumn(int c, QWidget* parent)
   plate->setFocusPolicy(Qt::NoFocus);
   fader->setFocusPolicy(Qt::StrongFocus);
   fader->installEventFilter(this);
+  // Behind a value that was typed the keys are the fader's again.
+  setFocusPolicy(Qt::StrongFocus);
+  setFocusProxy(fader);
   const auto touch = [this] { Q_EMIT touched(channel); };
   connect(plate, &NamePlate::clicked, this, touch);
   connect(fader, &TCustomTrackBar::pressed, this, touch);
@@ -91,6 +94,7 @@ void ControllerColumn::ShowState() {
                  !able   ? TCustomTrackBar::Dim::Noteless
                  : muted ? TCustomTrackBar::Dim::Muted
                          : TCustomTrackBar::Dim::None);
+  fader->setOrigin(-offset);
   fader->setPosition(shown.Value);
   fader->setValued(shown.InSong);
   fader->setEnabled(able);

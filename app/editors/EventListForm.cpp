@@ -29,6 +29,8 @@ QString Grouped(std::int32_t number) {
   return text;
 }
 
+QString PlayingText() { return QText("Nicht während der Wiedergabe", "Not while the song plays"); }
+
 }  // namespace
 
 // --- What is shown
@@ -132,8 +134,7 @@ void TEventListForm::ShowLists() {
 void TEventListForm::ShowButtons() {
   playing = IsPlaying();
   const bool shown = rows.Showing;
-  const QString why =
-      playing ? QText("Nicht während der Wiedergabe", "Not while the song plays") : QString();
+  const QString why = playing ? PlayingText() : QString();
   Btn_Insert->setEnabled(shown && edits.MayInsert());
   Btn_Delete->setEnabled(shown && !model->IsEmpty() && !playing);
   Btn_Insert->setToolTip(why);
@@ -253,6 +254,7 @@ void TEventListForm::EditNext(std::int32_t row, int column, int step) {
 
 void TEventListForm::PM_InsertMidiEventClick() {
   delegate->Cancel();
+  if (rows.Showing && IsPlaying()) return status->ShowMessage(PlayingText());
   if (!rows.Showing || !edits.MayInsert()) return;
   const std::int32_t row = edits.PM_InsertMidiEventClick(std::max(CurrentRow(), 1));
   if (row == 0) return ShowStatus();
@@ -317,7 +319,8 @@ QMenu* TEventListForm::NewMenu() {
         [this] { RecomputeChecksum(); });
   add("PM_Copy", QText("Zeilen kopieren", "Copy rows"), QText("Strg+C", "Ctrl+C"), some,
       [this] { PM_CopyClick(); });
-  add("PM_SysexList", QText("Sysex-Liste", "Sysex list"), {}, rows.Showing, [this] { ShowSysexs(); });
+  if (rows.HasSysexs())
+    add("PM_SysexList", QText("Sysex-Liste", "Sysex list"), {}, rows.Showing, [this] { ShowSysexs(); });
   add("PM_Search", QText("Suchen...", "Search..."), QText("Strg+F", "Ctrl+F"), some,
       [this] { search->Open(); });
   if (edits.CanUndo()) {

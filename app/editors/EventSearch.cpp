@@ -146,7 +146,7 @@ void EventSearch::SearchPiece() {
 }
 
 void EventSearch::End(std::int32_t row) {
-  const QString wanted = ToQt(search->Wanted);
+  const QString wanted = ToQt(search->Wanted).simplified();
   Stop();
   if (row > 0) {
     Q_EMIT found(row);

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -35,6 +36,11 @@ void RowTable::setModel(QAbstractItemModel* rows) {
 void RowTable::reset() {
   QTableView::reset();
   updateGeometries();
+}
+
+void RowTable::dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles) {
+  QTableView::dataChanged(first, last, roles);
+  if (first.isValid()) viewport()->update(AreaOf(first.row(), last.row()));
 }
 
 void RowTable::rowsInserted(const QModelIndex& parent, int first, int last) {
@@ -71,9 +77,9 @@ QRect RowTable::AreaOf(int top, int bottom) const {
 QRect RowTable::visualRect(const QModelIndex& index) const {
   if (!index.isValid() || index.model() != model()) return {};
   const int column = index.column();
-  // Far rows stand far outside, not at a height that no number holds.
+  // Selections reach over far rows; a height that no number holds is brought in.
   const qint64 from = qint64{index.row() - FirstRow()} * rowHeightPixels;
-  constexpr qint64 far = 1'000'000;
+  constexpr qint64 far = 1 << 30;
   return {columnViewportPosition(column), int(std::clamp(from, -far, far)), columnWidth(column),
           rowHeightPixels};
 }
@@ -189,6 +195,20 @@ QModelIndex RowTable::moveCursor(CursorAction action, Qt::KeyboardModifiers held
       break;
   }
   return model()->index(std::clamp(row, 0, Rows() - 1), std::clamp(column, 0, columns - 1));
+}
+
+QItemSelectionModel::SelectionFlags RowTable::selectionCommand(const QModelIndex& index,
+                                                               const QEvent* event) const {
+  // Ctrl and Home or End take the selection along; only Ctrl and an arrow leave it.
+  if (event != nullptr && event->type() == QEvent::KeyPress) {
+    const auto* const key = static_cast<const QKeyEvent*>(event);
+    const bool end = key->key() == Qt::Key_Home || key->key() == Qt::Key_End;
+    if (end && key->modifiers().testFlag(Qt::ControlModifier))
+      return (key->modifiers().testFlag(Qt::ShiftModifier) ? QItemSelectionModel::SelectCurrent
+                                                           : QItemSelectionModel::ClearAndSelect) |
+             QItemSelectionModel::Rows;
+  }
+  return QTableView::selectionCommand(index, event);
 }
 
 void RowTable::setSelection(const QRect& area, QItemSelectionModel::SelectionFlags command) {

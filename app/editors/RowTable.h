@@ -22,6 +22,7 @@ class RowTable : public QTableView {
 
   void setModel(QAbstractItemModel* rows) override;
   void reset() override;
+  void dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles) override;
   [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
   [[nodiscard]] QModelIndex indexAt(const QPoint& place) const override;
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
@@ -32,6 +33,8 @@ class RowTable : public QTableView {
   void updateGeometries() override;
   void rowsInserted(const QModelIndex& parent, int first, int last) override;
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers held) override;
+  [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(
+      const QModelIndex& index, const QEvent* event) const override;
   void setSelection(const QRect& area, QItemSelectionModel::SelectionFlags command) override;
   [[nodiscard]] QRegion visualRegionForSelection(const QItemSelection& selection) const override;
   [[nodiscard]] int horizontalOffset() const override;

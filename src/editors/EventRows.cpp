@@ -89,6 +89,14 @@ void TEventRows::ShowSysexs() {
   SyncDisplayToMidiPosition();
 }
 
+bool TEventRows::HasSysexs() const {
+  const TMyTrack* const list = song.MidiFileLoaded ? ListOf(SysexListIndex) : nullptr;
+  if (list == nullptr) return false;
+  for (const TypMidiEvent* e = list->TrkFirstEvent->NextEvent; e != nullptr; e = e->NextEvent)
+    if (e->Command == Sysex || e->Command == SysexEscape) return true;
+  return false;
+}
+
 void TEventRows::UpdateDisplayedEvents() {
   if (!song.MidiFileLoaded) return;
   const std::int32_t position = EventListPosition;

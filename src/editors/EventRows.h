@@ -50,6 +50,8 @@ class TEventRows {
   void CB_TrackListChange(int index);
   /// The sysex list takes the place of a track.
   void ShowSysexs();
+  /// True if the sysex list holds sysexes: a song of format 1 may have all of them in other tracks.
+  [[nodiscard]] bool HasSysexs() const;
   /// Fills the track list anew and, unless the sysex list is shown, the rows; the selected row stays.
   /// The call that others make after they changed events. Nothing without a song.
   void UpdateDisplayedEvents();

@@ -117,6 +117,19 @@ TEST(ControllerForm, ADigitOnTheFaderBeginsToType) {
   EXPECT_EQ(b.Shown(0), "55");
 }
 
+TEST(ControllerForm, BehindATypedValueTheKeysAreTheFadersAgain) {
+  FormBench b;
+  b.Show();
+  TCustomTrackBar& fader = b.form->Column(0).Fader();
+  for (const auto end : {Qt::Key_Return, Qt::Key_Escape}) {
+    fader.setFocus();
+    QTest::keyClick(&fader, Qt::Key_5);
+    QTest::keyClick(QApplication::focusWidget(), end);
+    EXPECT_EQ(QApplication::focusWidget(), &fader);
+  }
+  EXPECT_EQ(b.Shown(0), "5");
+}
+
 TEST(ControllerForm, FollowsTheStrips) {
   FormBench b;
   b.Show();

@@ -29,6 +29,14 @@ struct Editing : testing::Test {
   EventListBench bench;
 };
 
+TEST_F(Editing, WhileTheSongPlaysInsertSaysWhyItDoesNothing) {
+  bench.playing = true;
+  const int count = bench.form->Model().rowCount();
+  bench.Key(Qt::Key_Insert);
+  EXPECT_EQ(bench.form->Model().rowCount(), count);
+  EXPECT_EQ(bench.form->Status().Message(), QStringLiteral("Not while the song plays"));
+}
+
 TEST_F(Editing, APositionIsTypedAndItsRowMovesWithTheSelection) {
   bench.Edit(FirstNote, PositionColumn);
   bench.Type(QStringLiteral("5.2"));

@@ -138,7 +138,15 @@ TEST_F(Window, OpensWithTheKeysInTheRows) {
   EXPECT_EQ(form().focusWidget(), &form().Table());
 }
 
+TEST_F(Window, TheMenuHasNoSysexListWithoutSysexs) {
+  const std::unique_ptr<QMenu> menu(form().NewMenu());
+  EXPECT_EQ(menu->findChild<QAction*>(QStringLiteral("PM_SysexList")), nullptr);
+}
+
 TEST_F(Window, TheMenuShowsTheSysexListUntilATrackIsChosen) {
+  constexpr std::uint8_t reset[] = {0x7E, 0x7F, 0x09, 0x01, 0xF7};
+  TMyTrack& master = bench.song.MidiTrack[0];
+  InsertByPosition(master, NewSysex(bench.song.Pool, reset, 10), master.TrkFirstEvent);
   const std::unique_ptr<QMenu> menu(form().NewMenu());
   auto* const entry = menu->findChild<QAction*>(QStringLiteral("PM_SysexList"));
   ASSERT_NE(entry, nullptr);

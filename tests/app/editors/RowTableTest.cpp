@@ -183,6 +183,29 @@ TEST_F(RowTables, KeysGoByRowByPageAndToTheEnds) {
   EXPECT_EQ(std::pair(Row(), Column()), std::pair(99, Columns - 1));
 }
 
+TEST_F(RowTables, TheSelectionGoesAlongToTheEndsOfTheList) {
+  Make(100);
+  Go(50);
+  Key(Qt::Key_End, Qt::ControlModifier);
+  EXPECT_EQ(Selected(), std::vector{99});
+  Key(Qt::Key_Home, Qt::ControlModifier);
+  EXPECT_EQ(Selected(), std::vector{0});
+  Key(Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(Selected().size(), 100U);
+}
+
+TEST_F(RowTables, ChangedRowsArePaintedAnew) {
+  Make(6);
+  painted.Clear();
+  Q_EMIT model.dataChanged(model.index(0, 0), model.index(5, Columns - 1));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(painted.rows.size(), 6U);
+  painted.Clear();
+  Q_EMIT model.dataChanged(model.index(3, 0), model.index(3, Columns - 1));
+  QCoreApplication::processEvents();
+  EXPECT_THAT(painted.rows, testing::Contains(3));
+}
+
 TEST_F(RowTables, KeysStopAtTheEdges) {
   Make(4);
   Go(0, 0);
@@ -233,6 +256,16 @@ TEST_F(RowTables, AClickSelectsARowAndShiftARange) {
   QTest::mouseClick(table.viewport(), Qt::LeftButton, Qt::ControlModifier, Middle(8, 0));
   EXPECT_EQ(Selected(), (std::vector{2, 3, 4, 5, 8}));
   EXPECT_EQ(table.currentIndex(), model.index(8, 0));
+}
+
+TEST_F(RowTables, ARangeReachesOverWhateverLiesBetween) {
+  Make(Million);
+  QTest::mouseClick(table.viewport(), Qt::LeftButton, Qt::NoModifier, Middle(3, 0));
+  table.verticalScrollBar()->setValue(900'000);
+  QTest::mouseClick(table.viewport(), Qt::LeftButton, Qt::ShiftModifier, Middle(900'002, 1));
+  const QItemSelection range = table.selectionModel()->selection();
+  ASSERT_EQ(range.size(), 1);
+  EXPECT_EQ(std::pair(range[0].top(), range[0].bottom()), std::pair(3, 900'002));
 }
 
 TEST_F(RowTables, ADraggedPointerSelectsWhatItPasses) {
