@@ -182,7 +182,7 @@ class TEventEdits {
   [[nodiscard]] TPlaceOfInsert PlaceOfInsert(std::int32_t row) const;
   [[nodiscard]] int ChannelOfInsert(const TypMidiEvent* selected) const;
   [[nodiscard]] PtrMidiEvent MakeEvent(TEventKind kind, const TPlaceOfInsert& place) const;
-  bool InsertNote(TStep& step, PtrMidiEvent on);
+  bool InsertNote(TStep& step, PtrMidiEvent on, std::vector<std::string>& told);
   void DeleteEvents(const std::vector<PtrMidiEvent>& events);
   [[nodiscard]] std::string RowQuestion(std::int32_t row) const;
 

@@ -137,8 +137,9 @@ std::int32_t TEventEdits::PM_InsertMidiEventClick(std::int32_t row) {
   const PtrMidiEvent event = MakeEvent(kind, place);
   if (event == nullptr) return 0;
   TStep step(*this, Text("Midi-Event einfügen", "insert midi event"));
+  std::vector<std::string> told;
   if (kind == TEventKind::Note) {
-    if (!InsertNote(step, event)) return 0;
+    if (!InsertNote(step, event, told)) return 0;
   } else {
     step.Insert(event);
   }
@@ -148,11 +149,14 @@ std::int32_t TEventEdits::PM_InsertMidiEventClick(std::int32_t row) {
   if (event->IsMeta(MetaLyric)) rows.Explain(event, "Lyrics");
   const std::int32_t inserted = rows.Index.RowOf(event);
   if (inserted > 0) rows.EventListPosition = inserted;
+  // The song is whole again: while a message stands, timers look at it.
+  for (const std::string& text : told) messages.Show(text);
   return inserted;
 }
 
-/// Inserts a note and its end. False if there is no room for it; the event is gone then.
-bool TEventEdits::InsertNote(TStep& step, PtrMidiEvent on) {
+/// Inserts a note and its end. False if there is no room for it; the event is gone then. `told` gets
+/// what is to be told behind the step.
+bool TEventEdits::InsertNote(TStep& step, PtrMidiEvent on, std::vector<std::string>& told) {
   const int channel = on->Channel();
   const auto& data = song.MidiData[static_cast<std::size_t>(channel)];
   const bool drums = channel == DrumChannel || data.DrumPart > 0;
@@ -191,14 +195,14 @@ bool TEventEdits::InsertNote(TStep& step, PtrMidiEvent on) {
   step.Insert(on);
   step.Insert(off);
   if (near.Next != nullptr)
-    messages.Show(
+    told.push_back(
         Text("Es befindet sich bereits eine Note \"C8\" an einer nahen Position!\rDaher wurde "
              "die eingefügte Note entsprechend gekürzt",
              "There is already a note \"C8\" at a near position!\rTherefor is the inserted "
              "note shortened"));
   // The two blanks are deliberate.
   if (near.Sound != nullptr)
-    messages.Show(
+    told.push_back(
         Text("Es befindet sich bereits eine Note \"C8\" in diesem Bereich!\rDaher wurde diese  "
              "Note entsprechend gekürzt",
              "There is already a note \"C8\" at a near previous position!\rTherefor this note "

@@ -131,6 +131,16 @@ TEST(EventInsert, ASecondC8AtAPositionIsTakenBack) {
             "Position oder die Höhe dieser Note\rum eine weitere Note einfügen zu können.");
 }
 
+TEST(EventInsert, IsTalkedAboutWhenTheSongIsWholeAgain) {
+  RowBench s;
+  s.Note(100, 400, 120).Ctrl(200, 7, 1).Note(500, 600, 120).Open(1, 5000);
+  std::size_t shownBefore = 99;
+  s.edits.Hooks.Changed = [&] { shownBefore = s.messages.Shown.size(); };
+  s.Insert(TEventKind::Note, 2);
+  EXPECT_EQ(shownBefore, 0U);
+  EXPECT_EQ(s.messages.Shown.size(), 2U);
+}
+
 TEST(EventInsert, ANoteInFrontOfAC8IsShortened) {
   RowBench s;
   s.Ctrl(100, 7, 1).Note(300, 400, 120).Open(1, 5000);
