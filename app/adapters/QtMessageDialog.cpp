@@ -28,7 +28,11 @@ qsizetype EndOfLine(const QString& line, int most, double width, const QFontMetr
   qsizetype end = std::min<qsizetype>(line.size(), most);
   while (end > 1 && metrics.horizontalAdvance(line.left(end)) > width) --end;
   if (end == line.size()) return end;
-  const qsizetype blank = line.lastIndexOf(QLatin1Char(' '), end);
+  qsizetype blank = line.lastIndexOf(QLatin1Char(' '), end);
+  // A sign that stands by itself stays with its word.
+  while (blank > 0 && blank + 1 < line.size() && line[blank + 1].isPunct() &&
+         (blank + 2 == line.size() || line[blank + 2] == QLatin1Char(' ')))
+    blank = line.lastIndexOf(QLatin1Char(' '), blank - 1);
   if (blank > 0) return blank;
   // A long path breaks in front of a folder.
   const qsizetype slash = line.lastIndexOf(QLatin1Char('/'), end - 1);

@@ -245,6 +245,9 @@ TEST(MessageLines, KeepTheTextsOwnBreaksAndAddOthersAtBlanks) {
   EXPECT_EQ(MessageLines("one\n\ntwo", 60, 500, font), QStringList({"one", "", "two"}));
   EXPECT_EQ(MessageLines("one two three", 8, 500, font), QStringList({"one two", "three"}));
   EXPECT_EQ(MessageLines("one two three", 7, 500, font), QStringList({"one two", "three"}));
+  EXPECT_EQ(MessageLines("to the end ?", 11, 500, font), QStringList({"to the", "end ?"}));
+  EXPECT_EQ(MessageLines("a - b c", 4, 500, font), QStringList({"a -", "b c"}));
+  EXPECT_EQ(MessageLines("? ?", 2, 500, font), QStringList({"? ", "?"}));
   EXPECT_EQ(MessageLines("abcdefghij", 4, 500, font), QStringList({"abcd", "efgh", "ij"}));
   EXPECT_EQ(MessageLines("/music/songs/a.mid", 14, 500, font), QStringList({"/music/songs", "/a.mid"}));
   for (const QString& line : MessageLines(QString(300, QLatin1Char('W')), 60, 300, font))
