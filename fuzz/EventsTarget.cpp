@@ -4,6 +4,7 @@
 
 #include "Folder.h"
 #include "InputReader.h"
+#include "StandIns.h"
 #include "Targets.h"
 #include "core/EventList.h"
 #include "core/MidiFileWriter.h"
@@ -19,20 +20,6 @@ using Bytes = std::vector<std::uint8_t>;
 constexpr int MostSteps = 32;
 /// Longer lists are edited all the same, but not compared after each step.
 constexpr std::int32_t RowsToCompare = 2000;
-
-class YesMessages : public IMessages {
- public:
-  void Show(const std::string&) override {}
-  bool Ask(const std::string&) override { return true; }
-};
-
-class OneRoute : public IRoutes {
- public:
-  [[nodiscard]] std::span<const TMidiRouting> MidiRouting() const override { return {&route, 1}; }
-
- private:
-  TMidiRouting route;
-};
 
 /// Where the file begins behind the steps; the input's end if it holds none.
 std::size_t StartOfSong(Input input) {

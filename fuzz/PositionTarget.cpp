@@ -3,6 +3,7 @@
 #include <string>
 
 #include "InputReader.h"
+#include "StandIns.h"
 #include "Targets.h"
 #include "core/EventList.h"
 #include "core/MidiFunctions.h"
@@ -10,20 +11,6 @@
 namespace Sonarello::Fuzz {
 
 namespace {
-
-class NoMessages : public IMessages {
- public:
-  void Show(const std::string&) override {}
-  bool Ask(const std::string&) override { return true; }
-};
-
-class OneRoute : public IRoutes {
- public:
-  [[nodiscard]] std::span<const TMidiRouting> MidiRouting() const override { return {&route, 1}; }
-
- private:
-  TMidiRouting route;
-};
 
 /// Makes one track of tempo and signature metas as the input says; positions ascend.
 void BuildSong(Song& song, InputReader& in) {
@@ -93,7 +80,7 @@ void FuzzPosition(Input input) {
   Song song;
   const Options options;
   const OneRoute routes;
-  NoMessages messages;
+  YesMessages messages;
   const SongHooks hooks;
   TMidiFunctions functions(song, options, routes, messages, hooks);
   BuildSong(song, in);
