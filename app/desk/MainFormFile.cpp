@@ -65,6 +65,7 @@ bool TMainForm::ReadSong(const std::string& file, const TNewSong* wishes) {
   ShowPosition();
   p.work.SongOpened(opened);
   if (!opened) ShowEditors();
+  if (opened && p.work.desk.settings.AutoShowEventEditor) MME_ListEditorClick();
   return opened;
 }
 

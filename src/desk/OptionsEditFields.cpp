@@ -135,7 +135,7 @@ constexpr TOptionField Fields[] = {
     {"WordBoxSearch", Files, Check, "Word-Box-Dateien erkennen", "Recognise word-box files"},
     {"DontSaveSMF33", Files, Check, "Port-Metas nicht speichern", "Do not save port metas"},
     {"AutoShowEventEditor", Files, Check, "Eventliste mit dem Song öffnen",
-     "Open event list with the song", TOptionRoom::EventList},
+     "Open event list with the song"},
 
     {"RolandSCDefaultMap",
      Instruments,
@@ -298,8 +298,6 @@ std::string RoomReason(TOptionRoom room) {
     case LyricsWindow:
       return Text("Das Liedtext-Fenster ist noch nicht eingebaut.",
                   "The lyrics window is not built in yet.");
-    case EventList:
-      return Text("Die Eventliste ist noch nicht eingebaut.", "The event list is not built in yet.");
   }
   return {};
 }

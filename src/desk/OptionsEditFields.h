@@ -55,7 +55,7 @@ enum class TOptionPlace : std::uint8_t {
 };
 
 /// What must be built before an option has an effect.
-enum class TOptionRoom : std::uint8_t { Built, Effects, Recording, LyricsWindow, EventList };
+enum class TOptionRoom : std::uint8_t { Built, Effects, Recording, LyricsWindow };
 
 struct TOptionItem {
   std::string_view Value;  ///< as stored

@@ -295,7 +295,7 @@ TEST(Explanations, SayWhyAnOptionDoesNothing) {
   EXPECT_EQ(edit.WhyDisabled("YamahaAutoChorus"), "The instruments' effects are not built in yet.");
   EXPECT_EQ(edit.WhyDisabled("RecQuantize"), "Recording is not built in yet.");
   EXPECT_EQ(edit.WhyDisabled("LyricsSpotLine"), "The lyrics window is not built in yet.");
-  EXPECT_EQ(edit.WhyDisabled("AutoShowEventEditor"), "The event list is not built in yet.");
+  EXPECT_EQ(edit.WhyDisabled("AutoShowEventEditor"), "");
   EXPECT_EQ(edit.WhyDisabled("AutoSysex"), "");
   EXPECT_EQ(edit.WhyDisabled("YamahaDSPsSysexDelta"), "");
   edit.SetValue("YamahaDSPsEnabled", "0");

@@ -41,6 +41,15 @@ TEST_F(Editors, TheListOpensOnTheTrackOfTheActiveChannel) {
   EXPECT_GT(List().Model().rowCount(), 8);
 }
 
+TEST_F(Editors, TheListOpensWithTheSongWhereTheSettingsSaySo) {
+  store.WriteBool("", "AutoShowEventEditor", true);
+  Begin();
+  EXPECT_FALSE(List().isVisible());
+  ASSERT_TRUE(form->OpenFile(SongFile()));
+  EXPECT_TRUE(List().isVisible());
+  EXPECT_GT(List().Model().rowCount(), 8);
+}
+
 TEST_F(Editors, TheTempoEditorIsTheListOfTheMastersMetas) {
   BeginWithSong();
   Choose("MME_TempoEditor");
