@@ -274,6 +274,8 @@ void TMainForm::RoutesChanged() {
   ShowStrips();
   ShowController();
   ShowStatus();
+  eventListForm->ShowValues();
+  controllerForm->ShowController();
 }
 
 void TMainForm::TimesChanged() {

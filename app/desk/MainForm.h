@@ -188,6 +188,7 @@ class TMainForm : public QMainWindow, private SongObserver, private TDeskPanels 
   void MME_UndoClick();
   void ShowEventList(int track, int filter);
   void ShowEditors();
+  void ShowNoteNames();
   [[nodiscard]] int TrackOfSelected() const;
 
   void Status(const QString& text);

@@ -39,11 +39,17 @@ int TMainForm::TrackOfSelected() const {
   return track > MasterTrack ? track : MasterTrack;
 }
 
+/// Notes and chords by the names of the user's choice.
+void TMainForm::ShowNoteNames() {
+  p.work.eventRows.Texts.UseGermanChords = p.work.desk.settings.UseGermanChords;
+  eventListForm->ShowValues();
+}
+
 /// Behind a song that was opened, or that stayed.
 void TMainForm::ShowEditors() {
   const Song& song = p.work.desk.song;
   const QString file = song.MidiFileLoaded ? QFileInfo(ToQt(song.MidiFileName)).fileName() : QString();
-  p.work.eventRows.Texts.UseGermanChords = p.work.desk.settings.UseGermanChords;
+  ShowNoteNames();
   if (song.MidiFileLoaded)
     eventListForm->ShowSong(file, TrackOfSelected());
   else

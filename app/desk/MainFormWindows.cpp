@@ -51,7 +51,10 @@ void TMainForm::ApplyOptions(const TOptionChanges& changes) {
     desk.BuildRoutes();
   }
   if (changes.Has(TOptionChange::Sounds)) desk.ReloadSounds();
-  if (changes.Has(TOptionChange::Display)) ShowLyrics();
+  if (changes.Has(TOptionChange::Display)) {
+    ShowLyrics();
+    ShowNoteNames();
+  }
   if (changes.Has(TOptionChange::Recording)) ListenToMidiIn();
   ShowStrips();
   ShowTranspose();

@@ -6,6 +6,8 @@
 #include "app/controls/LevelMeter.h"
 #include "app/desk/MainBench.h"
 #include "app/desk/ToolWindows.h"
+#include "app/editors/EventListForm.h"
+#include "app/editors/EventListModel.h"
 #include "app/options/OptionsForm.h"
 #include "app/options/RoutesTable.h"
 #include "app/options/SegmentChoice.h"
@@ -112,6 +114,27 @@ TEST_F(Settings, AppearanceAndScaleChangeAtOnceAndInTheMenu) {
   EXPECT_TRUE(Entry("MMS_Scale150").isChecked());
   EXPECT_FALSE(Entry("MMS_Scale100").isChecked());
   EXPECT_EQ(form->minimumSize(), QSize(1920, 1080));
+}
+
+TEST_F(Settings, TheEventListFollowsNamesOfNotesAndInstruments) {
+  BeginWithSong();
+  Choose("MME_ListEditor");
+  EventListModel& rows = Of<TEventListForm>().Model();
+  const auto rowWith = [&](int column, const char* text) {
+    for (int row = 0; row < rows.rowCount(); ++row)
+      if (rows.index(row, column).data().toString() == QLatin1String(text)) return row;
+    ADD_FAILURE() << "no row reads " << text;
+    return 0;
+  };
+  const QModelIndex note = rows.index(rowWith(KindColumn, "Note"), Value1Column);
+  rows.setData(note, QStringLiteral("B3"), Qt::EditRole);
+  EXPECT_EQ(note.data().toString(), QStringLiteral("B3"));
+  Change("UseGermanChords", "1", TOptionChange::Display);
+  EXPECT_EQ(note.data().toString(), QStringLiteral("H3"));
+  const QModelIndex program = rows.index(rowWith(KindColumn, "Program change"), LengthColumn);
+  EXPECT_EQ(program.data().toString(), QStringLiteral("(GM Soundset)"));
+  Change("MidiInstrument00", "Yamaha Genos", TOptionChange::Routes);
+  EXPECT_EQ(program.data().toString(), QStringLiteral("(Yamaha Genos)"));
 }
 
 TEST_F(Settings, TheLanguageWaitsForTheNextStart) {
