@@ -84,11 +84,13 @@ class Workplace final : private SongObserver {
   void WireEventEdits();
   void WireControllers();
   void TellEvents();
+  /// Tells of tempi or signatures that the event list's own edit changed.
+  void TellOwnTimes();
   void ReadEffects();
   void TellSound(int channel);
 
   IRegistryStore& store;
-  bool tellsOwnTimes = false;  ///< it is the event list's own edit that changed tempi or signatures
+  bool tellsOwnTimes = false;  ///< while `TellOwnTimes` runs: the list's undo stays
   bool trialSaved = false;     ///< the song was saved with a sound that the browser may take back
 };
 

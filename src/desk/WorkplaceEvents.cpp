@@ -11,6 +11,13 @@ void Workplace::TellEvents() {
   if (EventsChanged) EventsChanged();
 }
 
+void Workplace::TellOwnTimes() {
+  tellsOwnTimes = true;
+  desk.strips.Position.SignaturesChanged();
+  desk.Tell([](SongObserver& o) { o.TimesChanged(); });
+  tellsOwnTimes = false;
+}
+
 /// A control of the desk has moved an event: it would jump back if the list took back an older edit.
 void Workplace::EventChanged(PtrMidiEvent event, bool) {
   if (eventEdits.TakesBack(event)) eventEdits.ClearBackupedData();
@@ -51,19 +58,11 @@ void Workplace::WireEventEdits() {
     if (LyricsChanged) LyricsChanged();
   };
   told.TimesChanged = [this] {
-    tellsOwnTimes = true;
     // What stands in the song's tempi now is its own, an offset that was on them included.
     desk.strips.Tempo.SongChanged();
-    desk.strips.Position.SignaturesChanged();
-    desk.Tell([](SongObserver& o) { o.TimesChanged(); });
-    tellsOwnTimes = false;
+    TellOwnTimes();
   };
-  told.KeySignaturesChanged = [this] {
-    tellsOwnTimes = true;
-    desk.strips.Position.SignaturesChanged();
-    desk.Tell([](SongObserver& o) { o.TimesChanged(); });
-    tellsOwnTimes = false;
-  };
+  told.KeySignaturesChanged = [this] { TellOwnTimes(); };
   told.SysexsChanged = [this] { ReadEffects(); };
   told.ReadFirstValues = [this] { desk.strips.ReadFirstValues(); };
   told.ShowController = [this](int channel, int controller) {
